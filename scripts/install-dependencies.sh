@@ -1,0 +1,25 @@
+#!/usr/bin/env bash
+# Installs what velur builds and tests with, from Debian's packages, when anything is missing.
+set -euo pipefail
+
+packages=(cmake g++ make pkg-config libgtest-dev libgmock-dev libbenchmark-dev python3-scipy python3-numpy locales)
+
+missing=()
+for package in "${packages[@]}"; do
+    dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q "install ok installed" || missing+=("$package")
+done
+
+if [ ${#missing[@]} -gt 0 ]; then
+    sudo_prefix=""
+    [ "$(id -u)" -eq 0 ] || sudo_prefix="sudo"
+    echo "Installing: ${missing[*]}"
+    $sudo_prefix apt-get update -qq
+    DEBIAN_FRONTEND=noninteractive $sudo_prefix apt-get install -y -qq --no-install-recommends "${missing[@]}"
+fi
+
+# Number text must not depend on the locale: the tests prove it under a German locale.
+if ! locale -a 2>/dev/null | grep -qi '^de_DE\.utf-\?8$'; then
+    sudo_prefix=""
+    [ "$(id -u)" -eq 0 ] || sudo_prefix="sudo"
+    $sudo_prefix localedef -i de_DE -f UTF-8 de_DE.UTF-8
+fi
