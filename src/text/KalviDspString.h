@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <type_traits>
 
 namespace vlk {
 
@@ -15,8 +16,9 @@ public:
     String(const std::string& text) : std::string(text) {}
     String(std::string&& text) noexcept : std::string(std::move(text)) {}
 
-    // Process-wide constants made on first use, returned by reference instead of building a String.
-    static const String& empty();
+    // Process-wide constants made on first use, returned by reference instead of building a String. Not named
+    // empty(): that would hide the standard query.
+    static const String& emptyString();
     static const String& lineFeed();
 
     int indexOf(char character, bool ignoreCase = false) const;
@@ -82,10 +84,20 @@ String operator+(const String& a, const char* b);
 String operator+(const char* a, const String& b);
 String operator+(const String& a, char b);
 String operator+(char a, const String& b);
+// Mixed with a standard string: taken by value so that these win over the standard overloads for rvalues too,
+// instead of being ambiguous with them.
+String operator+(const String& a, std::string b);
+String operator+(std::string a, const String& b);
+// A number added to a String would become one character: toString says what is meant.
+template <typename Number>
+requires std::is_arithmetic_v<Number> &&(!std::is_same_v<Number, char>)String operator+(const String& a,
+                                                                                        Number b) = delete;
+template <typename Number>
+requires std::is_arithmetic_v<Number> &&(!std::is_same_v<Number, char>)String
+operator+(Number a, const String& b) = delete;
 
 } // namespace vlk
 
-template <>
-struct std::hash<vlk::String> : std::hash<std::string>
+template <> struct std::hash<vlk::String> : std::hash<std::string>
 {
 };

@@ -25,7 +25,7 @@ private:
 
 } // namespace StringHelper
 
-// Plain decimal text; 0 to 20 and the smallest 32-bit value come from fixed literals.
+// Plain decimal text; 0 to 20 come from fixed literals, without a digit loop.
 String toString(int value);
 String toString(unsigned int value);
 String toString(long value);

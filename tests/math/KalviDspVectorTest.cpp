@@ -71,7 +71,7 @@ TEST(VectorResize, FailuresBecomeQuietLibraryExceptions)
         FAIL() << "a size above the maximum must fail";
     } catch (const Exception& exception) {
         EXPECT_EQ(exception.message.rfind("exception ", 0), 0u);
-        EXPECT_EQ(exception.message.substr(exception.message.size() - 13), " occured in ");
+        EXPECT_EQ(exception.message.substr(exception.message.size() - 12), " occured in ");
         EXPECT_TRUE(exception.file.empty());
         EXPECT_EQ(exception.line, 0u);
     }

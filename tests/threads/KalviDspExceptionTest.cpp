@@ -8,16 +8,18 @@
 namespace vlk {
 namespace {
 
-// The system log echoes each report on standard error behind the identifier and the process number.
+// The system log echoes each report on standard error behind the identifier and the process number, with
+// the line feed that the log adds.
 String logged(const String& report)
 {
-    return "vlk[" + std::to_string(getpid()) + "]: " + report;
+    return "vlk[" + std::to_string(getpid()) + "]: " + report + "\n";
 }
 
 std::size_t countOccurrences(const std::string& text, const std::string& part)
 {
     std::size_t count = 0;
-    for (auto position = text.find(part); position != std::string::npos; position = text.find(part, position + 1))
+    for (auto position = text.find(part); position != std::string::npos;
+         position = text.find(part, position + 1))
         ++count;
     return count;
 }
