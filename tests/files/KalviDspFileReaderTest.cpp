@@ -1,0 +1,96 @@
+#include "files/KalviDspFileReader.h"
+
+#include "files/KalviDspScratchFolder.h"
+
+#include <gtest/gtest.h>
+#include <memory>
+
+using vlk::File;
+using vlk::FileReader;
+using vlk::test::ScratchFolder;
+
+namespace {
+
+std::string readText(FileReader& reader, std::int64_t numBytes)
+{
+    std::string bytes(static_cast<std::size_t>(numBytes), '\0');
+    bytes.resize(static_cast<std::size_t>(reader.read(bytes.data(), numBytes)));
+    return bytes;
+}
+
+// A reader over a scratch file of the ten digits.
+struct DigitsReader
+{
+    ScratchFolder scratch;
+    FileReader reader{File(scratch.write("digits", "0123456789"))};
+};
+
+} // namespace
+
+TEST(FileReaderOpening, AbsentFileAndFolderAreRefused)
+{
+    const ScratchFolder scratch;
+    for (const std::string& path : {scratch / "absent", scratch.path()}) {
+        try {
+            FileReader reader{File(path)};
+            ADD_FAILURE() << "no exception for " << path;
+        } catch (const vlk::Exception& exception) {
+            EXPECT_EQ(exception.message, "File \"" + path + "\" does not exist");
+        }
+    }
+}
+
+TEST(FileReaderPosition, SetPositionClampsToTheFile)
+{
+    DigitsReader digits;
+    EXPECT_TRUE(digits.reader.setPosition(25));
+    EXPECT_EQ(digits.reader.getPosition(), 10);
+    EXPECT_TRUE(digits.reader.isExhausted());
+    EXPECT_TRUE(digits.reader.setPosition(-4));
+    EXPECT_EQ(digits.reader.getPosition(), 0);
+}
+
+TEST(FileReaderPosition, ReadsFollowEveryMove)
+{
+    DigitsReader digits;
+    EXPECT_EQ(readText(digits.reader, 3), "012");
+    digits.reader.setPosition(7);
+    EXPECT_EQ(readText(digits.reader, 2), "78");
+    // Moved away and back to where the descriptor stands: the pending seek is kept all the same.
+    digits.reader.setPosition(1);
+    digits.reader.setPosition(9);
+    EXPECT_EQ(readText(digits.reader, 1), "9");
+}
+
+TEST(FileReaderRead, ShortReadAtTheEndThenNothing)
+{
+    DigitsReader digits;
+    char bytes[4] = {};
+    EXPECT_EQ(digits.reader.read(bytes, 0), 0);
+    EXPECT_EQ(digits.reader.read(bytes, -3), 0);
+    digits.reader.setPosition(8);
+    EXPECT_EQ(readText(digits.reader, 5), "89");
+    EXPECT_TRUE(digits.reader.isExhausted());
+    EXPECT_EQ(readText(digits.reader, 5), "");
+    EXPECT_EQ(digits.reader.getPosition(), 10);
+}
+
+TEST(FileReaderCopy, CopyKeepsItsOwnPosition)
+{
+    DigitsReader digits;
+    EXPECT_EQ(readText(digits.reader, 3), "012");
+    FileReader copy(digits.reader);
+    EXPECT_EQ(readText(copy, 3), "345");
+    copy.setPosition(7);
+    EXPECT_EQ(readText(copy, 2), "78");
+    EXPECT_EQ(digits.reader.getPosition(), 3);
+}
+
+TEST(FileReaderCopy, CopyOutlivesTheOriginal)
+{
+    const ScratchFolder scratch;
+    auto original = std::make_unique<FileReader>(File(scratch.write("f", "0123456789")));
+    FileReader copy(*original);
+    original.reset();
+    EXPECT_EQ(readText(copy, 4), "0123");
+}
