@@ -3,6 +3,7 @@
 #include "text/KalviDspString.h"
 
 #include <cstdint>
+#include <cxxabi.h>
 #include <exception>
 #include <new>
 #include <source_location>
@@ -52,6 +53,9 @@ decltype(auto) translateExceptions(Body&& body, std::source_location where = std
 {
     try {
         return body();
+    } catch (abi::__forced_unwind&) {
+        // A cancelled thread unwinds through here: that is no failure, and it must go on unwinding.
+        throw;
     } catch (const Exception& exception) {
         throw Exception(exception, where.file_name(), where.line());
     } catch (const std::exception& exception) {
