@@ -2,7 +2,7 @@
 # Installs what velur builds and tests with, from Debian's packages, when anything is missing.
 set -euo pipefail
 
-packages=(cmake g++ make pkg-config libgtest-dev libgmock-dev libbenchmark-dev python3-scipy python3-numpy locales)
+packages=(cmake g++ make pkg-config libgtest-dev libgmock-dev libbenchmark-dev libsndfile1-dev python3-scipy python3-numpy locales)
 
 missing=()
 for package in "${packages[@]}"; do
