@@ -42,7 +42,7 @@ FileReader::~FileReader()
         ::close(fileHandle);
 }
 
-std::int64_t FileReader::read(void* destination, std::int64_t numBytes) noexcept
+std::int64_t FileReader::read(void* destination, std::int64_t numBytes)
 {
     if (numBytes < 1 || fileHandle == 0)
         return 0;

@@ -23,7 +23,7 @@ public:
     // The size when the file was opened.
     std::int64_t getTotalLength() const noexcept override { return totalLength; }
     bool isExhausted() const noexcept override { return currentPosition >= totalLength; }
-    std::int64_t read(void* destination, std::int64_t numBytes) noexcept override;
+    std::int64_t read(void* destination, std::int64_t numBytes) override;
     std::int64_t getPosition() const noexcept override { return currentPosition; }
     // Clamps to the range 0 to the total length; always true.
     bool setPosition(std::int64_t position) noexcept override;

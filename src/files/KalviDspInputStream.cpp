@@ -2,7 +2,7 @@
 
 namespace vlk {
 
-std::uint64_t InputStream::readLittleEndian(int numBytes) noexcept
+std::uint64_t InputStream::readLittleEndian(int numBytes)
 {
     unsigned char bytes[8] = {};
     if (read(bytes, numBytes) != numBytes)
@@ -13,7 +13,7 @@ std::uint64_t InputStream::readLittleEndian(int numBytes) noexcept
     return value;
 }
 
-std::uint64_t InputStream::readBigEndian(int numBytes) noexcept
+std::uint64_t InputStream::readBigEndian(int numBytes)
 {
     unsigned char bytes[8] = {};
     if (read(bytes, numBytes) != numBytes)
@@ -24,54 +24,54 @@ std::uint64_t InputStream::readBigEndian(int numBytes) noexcept
     return value;
 }
 
-int InputStream::readByte() noexcept
+int InputStream::readByte()
 {
     return static_cast<signed char>(readLittleEndian(1));
 }
 
-short InputStream::readShort() noexcept
+short InputStream::readShort()
 {
     return static_cast<short>(readLittleEndian(2));
 }
 
-short InputStream::readShortBigEndian() noexcept
+short InputStream::readShortBigEndian()
 {
     return static_cast<short>(readBigEndian(2));
 }
 
-int InputStream::readInt() noexcept
+int InputStream::readInt()
 {
     return static_cast<int>(readLittleEndian(4));
 }
 
-int InputStream::readIntBigEndian() noexcept
+int InputStream::readIntBigEndian()
 {
     return static_cast<int>(readBigEndian(4));
 }
 
-std::uint32_t InputStream::readUnsignedInt() noexcept
+std::uint32_t InputStream::readUnsignedInt()
 {
     return static_cast<std::uint32_t>(readLittleEndian(4));
 }
 
-std::uint32_t InputStream::readUnsignedIntBigEndian() noexcept
+std::uint32_t InputStream::readUnsignedIntBigEndian()
 {
     return static_cast<std::uint32_t>(readBigEndian(4));
 }
 
-std::int64_t InputStream::readInt64() noexcept
+std::int64_t InputStream::readInt64()
 {
     return static_cast<std::int64_t>(readLittleEndian(8));
 }
 
-void InputStream::skipNextBytes(std::int64_t numBytes) noexcept
+void InputStream::skipNextBytes(std::int64_t numBytes)
 {
     char byte = 0;
     for (std::int64_t index = 0; index < numBytes; ++index)
         read(&byte, 1);
 }
 
-std::int64_t InputStream::readIntoMemoryBlock(MemoryBlock& block, std::int64_t maxBytes) noexcept
+std::int64_t InputStream::readIntoMemoryBlock(MemoryBlock& block, std::int64_t maxBytes)
 {
     const std::int64_t remaining = getTotalLength() - getPosition();
     std::int64_t numBytes = maxBytes;

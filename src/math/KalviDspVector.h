@@ -1,7 +1,7 @@
 #pragma once
 
-#include "threads/KalviDspException.h"
 #include "threads/KalviDspCallStack.h"
+#include "threads/KalviDspException.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -13,8 +13,7 @@ namespace vlk {
 
 // The library's growable array. Every allocating operation turns a failure into vlk::Exception, so the one
 // failure convention holds for containers too. Element pointers are not owned.
-template <typename T>
-class Vector
+template <typename T> class Vector
 {
 public:
     using value_type = T;

@@ -57,7 +57,7 @@ Vector<String> getCallStack(int maxFrames, bool namesOnly)
     if (numFrames < 3)
         return stack;
     const std::unique_ptr<char*, decltype(&std::free)> symbols(backtrace_symbols(addresses.data(), numFrames),
-                                                                &std::free);
+                                                               &std::free);
     if (symbols == nullptr)
         return stack;
     // The two outermost frames are dropped, the innermost kept.

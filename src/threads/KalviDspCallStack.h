@@ -4,8 +4,7 @@
 
 namespace vlk {
 
-template <typename T>
-class Vector;
+template <typename T> class Vector;
 
 // Up to maxFrames frames of the calling thread, the two outermost dropped. A line that backtrace_symbols
 // does not write as six tokens gives an empty entry.

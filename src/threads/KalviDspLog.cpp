@@ -1,6 +1,7 @@
 #include "threads/KalviDspLog.h"
 
 #include <iostream>
+#include <pthread.h>
 #include <sstream>
 #include <syslog.h>
 
@@ -19,6 +20,11 @@ constexpr int logMask = 63;
 
 void logMessage(const String& text) noexcept
 {
+    // The system log's calls are cancellation points, and this function may not unwind: a thread cancelled
+    // during a report is cancelled at its next cancellation point instead.
+    int previousCancelState = 0;
+    pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &previousCancelState);
+
     std::ostringstream stream;
     stream << text << '\n';
     stream.flush();
@@ -41,6 +47,7 @@ void logMessage(const String& text) noexcept
     default:
         break;
     }
+    pthread_setcancelstate(previousCancelState, nullptr);
 }
 
 } // namespace vlk

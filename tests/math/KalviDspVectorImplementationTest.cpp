@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cfenv>
 #include <cmath>
 #include <limits>
 #include <sys/mman.h>
@@ -173,6 +174,11 @@ float denormalProduct()
 
 TEST(DisableDenormals, FlushesOnTheCallingThreadOnly)
 {
+    // New threads inherit the register of the thread that creates them: start from the default, whatever an
+    // earlier test in this process left on this thread.
+    std::fenv_t saved;
+    std::fegetenv(&saved);
+    std::fesetenv(FE_DFL_ENV);
     float flushed = -1.0f;
     std::thread([&] {
         vlk::disableDenormals();
@@ -185,6 +191,7 @@ TEST(DisableDenormals, FlushesOnTheCallingThreadOnly)
     std::thread([&] { kept = denormalProduct(); }).join();
     EXPECT_GT(kept, 0.0f);
     EXPECT_EQ(std::fpclassify(kept), FP_SUBNORMAL);
+    std::fesetenv(&saved);
 }
 
 #endif
