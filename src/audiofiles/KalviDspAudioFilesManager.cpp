@@ -1,0 +1,7 @@
+#include "audiofiles/KalviDspAudioFilesManager.h"
+
+namespace vlk {
+
+AudioFilesManager::~AudioFilesManager() = default;
+
+} // namespace vlk
