@@ -1,0 +1,429 @@
+#include "dsp/KalviDspAudioFilePlayer.h"
+#include "dsp/KalviDspPlayerHarness.h"
+#include "text/KalviDspDisplayText.h"
+#include "threads/KalviDspException.h"
+
+#include <gtest/gtest.h>
+#include <sndfile.h>
+#include <thread>
+
+namespace vlk::test {
+
+namespace {
+
+using Kind = RecordingListener::Kind;
+
+std::size_t vectorsToPlay(std::size_t numFrames, std::uint32_t vectorSize)
+{
+    return (numFrames + vectorSize - 1) / vectorSize;
+}
+
+// The file, then zeros up to the end of the last vector that carried any of it, then the silent vector in
+// which the end is told.
+void expectWholeFileThenSilence(const SoundFile& sound, const Channels& audio, std::uint32_t vectorSize)
+{
+    const std::size_t numFrames = sound.getNumFrames();
+    const std::size_t playedFrames = (vectorsToPlay(numFrames, vectorSize) + 1) * vectorSize;
+    ASSERT_EQ(audio.size(), sound.samples.size());
+    for (std::size_t channel = 0; channel < audio.size(); ++channel) {
+        std::vector<float> expected = sound.samples[channel];
+        expected.resize(playedFrames, 0.0f);
+        EXPECT_EQ(findFirstDifference(expected, audio[channel]), -1) << "channel " << channel;
+    }
+}
+
+struct FormatCase
+{
+    const char* name;
+    int format;
+    int numChannels;
+};
+
+std::ostream& operator<<(std::ostream& stream, const FormatCase& formatCase)
+{
+    return stream << formatCase.name << " x" << formatCase.numChannels;
+}
+
+class AudioFilePlayerPlaybackFormats : public testing::TestWithParam<FormatCase>
+{
+};
+
+} // namespace
+
+// 250000 frames through a ring of 192000 frames: the ring wraps on both sides. A vector of 441 frames does
+// not divide the ring, so the audio thread splits reads at the ring's end too.
+TEST_P(AudioFilePlayerPlaybackFormats, OutputsEveryFrameBitForBitThenSilence)
+{
+    const FormatCase formatCase = GetParam();
+    ScratchFolder folder;
+    const SoundFile sound =
+        writeNoiseFile(folder, "noise.wav", formatCase.format, formatCase.numChannels, 250000);
+    AudioFilePlayer player(static_cast<std::uint32_t>(formatCase.numChannels), 192000);
+    RecordingListener listener(player);
+    PlayerHarness harness(player, 441);
+    player.open(sound.path);
+    player.rewind();
+
+    Channels audio;
+    const std::size_t numVectors = harness.playUntilStopped(audio, 10000);
+
+    EXPECT_EQ(numVectors, vectorsToPlay(250000, 441) + 1);
+    expectWholeFileThenSilence(sound, audio, 441);
+    EXPECT_EQ(listener.count(Kind::endOfFile), 1u);
+}
+
+INSTANTIATE_TEST_SUITE_P(, AudioFilePlayerPlaybackFormats,
+                         testing::Values(FormatCase{"pcm8", SF_FORMAT_WAV | SF_FORMAT_PCM_U8, 1},
+                                         FormatCase{"pcm8", SF_FORMAT_WAV | SF_FORMAT_PCM_U8, 3},
+                                         FormatCase{"pcm16", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 1},
+                                         FormatCase{"pcm16", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 2},
+                                         FormatCase{"pcm16", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 8},
+                                         FormatCase{"pcm24", SF_FORMAT_WAV | SF_FORMAT_PCM_24, 2},
+                                         FormatCase{"pcm24", SF_FORMAT_WAV | SF_FORMAT_PCM_24, 6},
+                                         FormatCase{"pcm32", SF_FORMAT_WAV | SF_FORMAT_PCM_32, 2},
+                                         FormatCase{"float", SF_FORMAT_WAV | SF_FORMAT_FLOAT, 1},
+                                         FormatCase{"float", SF_FORMAT_WAV | SF_FORMAT_FLOAT, 8},
+                                         FormatCase{"rf64pcm24", SF_FORMAT_RF64 | SF_FORMAT_PCM_24, 2},
+                                         FormatCase{"rf64float", SF_FORMAT_RF64 | SF_FORMAT_FLOAT, 4}),
+                         [](const testing::TestParamInfo<FormatCase>& info) {
+                             return std::string(info.param.name) + "x" +
+                                    std::to_string(info.param.numChannels);
+                         });
+
+// 192000 is a whole number of 512-frame vectors: every read of the audio thread ends exactly at the ring's
+// end, which must not be taken for a split.
+TEST(AudioFilePlayerPlayback, VectorsThatDivideTheSmallestRingReadAcrossItsEndBitForBit)
+{
+    ScratchFolder folder;
+    const SoundFile sound = writeNoiseFile(folder, "noise.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 2, 400000);
+    AudioFilePlayer player(2, 100);
+    ASSERT_EQ(player.getBufferCapacity(), 192000u);
+    PlayerHarness harness(player, 512);
+    player.open(sound.path);
+    player.rewind();
+
+    Channels audio;
+    harness.playUntilStopped(audio, 10000);
+
+    expectWholeFileThenSilence(sound, audio, 512);
+}
+
+TEST(AudioFilePlayerPlayback, LargestRingWrapsBitForBit)
+{
+    ScratchFolder folder;
+    const SoundFile sound = writeNoiseFile(folder, "long.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 1, 3000000);
+    AudioFilePlayer player(1, 3000000);
+    ASSERT_EQ(player.getBufferCapacity(), 2880000u);
+    PlayerHarness harness(player, 2048);
+    player.open(sound.path);
+    player.rewind();
+
+    Channels audio;
+    harness.playUntilStopped(audio, 10000);
+
+    expectWholeFileThenSilence(sound, audio, 2048);
+}
+
+// A host's pace: a little time passes between vectors, and the ring stays high enough that the buffering
+// thread runs in its slower rhythms most of the time.
+TEST(AudioFilePlayerPlayback, PlaysBitForBitAtAHostsPace)
+{
+    ScratchFolder folder;
+    const SoundFile sound = writeNoiseFile(folder, "noise.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_24, 2, 220000);
+    AudioFilePlayer player(2, 192000);
+    PlayerHarness harness(player, 256);
+    player.open(sound.path);
+    player.rewind();
+
+    Channels audio;
+    while (player.isPlaying()) {
+        std::this_thread::sleep_for(std::chrono::microseconds(300));
+        harness.play(audio, 1);
+    }
+
+    expectWholeFileThenSilence(sound, audio, 256);
+}
+
+TEST(AudioFilePlayerPlayback, RingSizeIsLimitedToItsRange)
+{
+    EXPECT_EQ(AudioFilePlayer(2, 100).getBufferCapacity(), 192000u);
+    EXPECT_EQ(AudioFilePlayer(2, 191999).getBufferCapacity(), 192000u);
+    EXPECT_EQ(AudioFilePlayer(2, 500000).getBufferCapacity(), 500000u);
+    EXPECT_EQ(AudioFilePlayer(2, 2880001).getBufferCapacity(), 2880000u);
+}
+
+TEST(AudioFilePlayerChannels, FileWithFewerChannelsLeavesTheOtherOutputsSilent)
+{
+    ScratchFolder folder;
+    const SoundFile sound = writeFrameNumberFile(folder, "stereo.wav", 2, 3000);
+    AudioFilePlayer player(4, 192000);
+    PlayerHarness harness(player, 512);
+    player.open(sound.path);
+    player.rewind();
+
+    Channels audio;
+    harness.play(audio, 4);
+
+    EXPECT_EQ(findFirstDifference(
+                  std::vector<float>(sound.samples[1].begin(), sound.samples[1].begin() + 2048), audio[1]),
+              -1);
+    EXPECT_EQ(audio[2], std::vector<float>(2048, 0.0f));
+    EXPECT_EQ(audio[3], std::vector<float>(2048, 0.0f));
+}
+
+TEST(AudioFilePlayerChannels, WiderFileGrowsTheRingAndItsFirstChannelsReachTheOutputs)
+{
+    ScratchFolder folder;
+    const SoundFile sound = writeFrameNumberFile(folder, "quad.wav", 4, 3000);
+    AudioFilePlayer player(2, 192000);
+    PlayerHarness harness(player, 512);
+    player.open(sound.path);
+    player.rewind();
+
+    Channels audio;
+    harness.play(audio, 2);
+
+    EXPECT_EQ(player.getNumChannelsInRing(), 4u);
+    EXPECT_EQ(player.getNumChannelsInFile(), 4u);
+    ASSERT_EQ(audio.size(), 2u);
+    EXPECT_EQ(audio[0][0], frameNumberSample(0, 0));
+    EXPECT_EQ(audio[1][1023], frameNumberSample(1023, 1));
+}
+
+TEST(AudioFilePlayerChannels, RingNeverShrinksAndANarrowerFilePlaysFromItsStart)
+{
+    ScratchFolder folder;
+    const SoundFile mono = writeFrameNumberFile(folder, "mono.wav", 1, 3000);
+    const SoundFile octo = writeFrameNumberFile(folder, "octo.wav", 8, 3000);
+    AudioFilePlayer player(2, 192000);
+    PlayerHarness harness(player, 512);
+
+    player.open(mono.path);
+    EXPECT_EQ(player.getNumChannelsInRing(), 2u);
+    player.open(octo.path);
+    player.rewind();
+    Channels audio;
+    harness.play(audio, 1);
+    player.open(mono.path);
+    EXPECT_EQ(player.getNumChannelsInRing(), 8u);
+    EXPECT_FALSE(player.isPlaying());
+
+    player.rewind();
+    audio.clear();
+    harness.play(audio, 2);
+    EXPECT_EQ(audio[0][0], frameNumberSample(0));
+    EXPECT_EQ(audio[0][1023], frameNumberSample(1023));
+    // The second output has no file channel: silent, not the rest of the wider file.
+    EXPECT_EQ(audio[1], std::vector<float>(1024, 0.0f));
+}
+
+TEST(AudioFilePlayerConnections, UnconnectedAudioOutputIsLeftUnwritten)
+{
+    ScratchFolder folder;
+    const SoundFile sound = writeFrameNumberFile(folder, "stereo.wav", 2, 3000);
+    AudioFilePlayer player(2, 192000);
+    PlayerHarness harness(player, 512);
+    harness.setConnections({1, 0, 1});
+    player.open(sound.path);
+    player.rewind();
+
+    Channels audio;
+    harness.play(audio, 2);
+
+    EXPECT_EQ(audio[0][1000], frameNumberSample(1000));
+    EXPECT_EQ(audio[1], std::vector<float>(1024, 0.0f));
+}
+
+TEST(AudioFilePlayerConnections, WithoutAnyConnectedOutputNothingAdvances)
+{
+    ScratchFolder folder;
+    const SoundFile sound = writeFrameNumberFile(folder, "mono.wav", 1, 3000);
+    AudioFilePlayer player(1, 192000);
+    RecordingListener listener(player);
+    PlayerHarness harness(player, 512);
+    player.open(sound.path);
+    player.rewind();
+    listener.clear();
+
+    harness.setConnections({0, 0});
+    for (int vector = 0; vector < 10; ++vector)
+        harness.perform();
+    harness.setConnections({1, 1});
+    Channels audio;
+    harness.play(audio, 1);
+
+    EXPECT_EQ(audio[0][0], frameNumberSample(0));
+    EXPECT_EQ(listener.getCalls(Kind::progress).size(), 1u);
+}
+
+TEST(AudioFilePlayerConnections, MuteAndBypassSilenceTheOutputsAndHoldThePlayer)
+{
+    ScratchFolder folder;
+    const SoundFile sound = writeFrameNumberFile(folder, "mono.wav", 1, 3000);
+    AudioFilePlayer player(1, 192000);
+    PlayerHarness harness(player, 512);
+    player.open(sound.path);
+    player.rewind();
+    Channels audio;
+    harness.play(audio, 1);
+
+    harness.perform(1, 0);
+    EXPECT_EQ(harness.getOutput(0), std::vector<float>(512, 0.0f));
+    EXPECT_EQ(harness.getOutput(1), std::vector<float>(512, 0.0f));
+    harness.perform(0, 1);
+    EXPECT_EQ(harness.getOutput(0), std::vector<float>(512, 0.0f));
+    harness.perform(1, 1);
+    EXPECT_EQ(harness.getOutput(0), std::vector<float>(512, 0.0f));
+
+    audio.clear();
+    harness.play(audio, 1);
+    EXPECT_EQ(audio[0][0], frameNumberSample(512));
+}
+
+TEST(AudioFilePlayerNames, OutputsThenPositionThenDumpOutlet)
+{
+    AudioFilePlayer player(2, 192000);
+    EXPECT_EQ(player.getNumInlets(), 0u);
+    EXPECT_EQ(player.getNumOutlets(), 3u);
+    EXPECT_EQ(player.getOutputName(0), "output #1");
+    EXPECT_EQ(player.getOutputName(1), "output #2");
+    EXPECT_EQ(player.getOutputName(2), "playback position");
+    EXPECT_EQ(player.getOutputName(3), "dumpout");
+    EXPECT_EQ(player.getOutputName(-1), "dumpout");
+}
+
+TEST(AudioFilePlayerQueries, WithoutFile)
+{
+    AudioFilePlayer player(2, 192000);
+    Vector<String> lines;
+    player.getInfo(lines);
+    ASSERT_EQ(lines.size(), 1u);
+    EXPECT_EQ(lines[0], "no audio file");
+    EXPECT_EQ(player.getFileName(), "");
+    EXPECT_EQ(player.getNumChannelsInFile(), 0u);
+    EXPECT_EQ(player.getLengthInMs(), 0.0f);
+    EXPECT_EQ(player.getRemainingSamplesInAudioFile(), 0u);
+}
+
+TEST(AudioFilePlayerQueries, InfoTellsPathAndDescription)
+{
+    ScratchFolder folder;
+    const SoundFile sound =
+        writeNoiseFile(folder, "info.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_24, 2, 48000, 48000);
+    AudioFilePlayer player(2, 192000);
+    Vector<String> lines{"kept"};
+    player.open(sound.path);
+    player.getInfo(lines);
+
+    ASSERT_EQ(lines.size(), 3u);
+    EXPECT_EQ(lines[0], "kept");
+    EXPECT_EQ(lines[1], sound.path);
+    EXPECT_EQ(lines[2],
+              "(2 channels, 48 kHz, 48000 samples, " + getTimeText(48000, 48000.0) + ", 24 bits, WAV File, " +
+                  getFileSizeText(static_cast<std::int64_t>(readWholeFile(sound.path).size())) + ")");
+}
+
+TEST(AudioFilePlayerQueries, InfoNamesRf64)
+{
+    ScratchFolder folder;
+    const SoundFile sound = writeNoiseFile(folder, "big.wav", SF_FORMAT_RF64 | SF_FORMAT_FLOAT, 1, 100);
+    AudioFilePlayer player(1, 192000);
+    player.open(sound.path);
+    Vector<String> lines;
+    player.getInfo(lines);
+    ASSERT_EQ(lines.size(), 2u);
+    EXPECT_NE(lines[1].find("1 channel, 44.1 kHz, 100 samples, "), std::string::npos) << lines[1];
+    EXPECT_NE(lines[1].find(", 32 bits, WAV File (RF64), "), std::string::npos) << lines[1];
+}
+
+// The length uses the file's own rate, whatever the processor's is.
+TEST(AudioFilePlayerQueries, NameChannelsAndLengthOfTheFile)
+{
+    ScratchFolder folder;
+    const SoundFile sound =
+        writeNoiseFile(folder, "half.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 3, 24000, 48000);
+    AudioFilePlayer player(2, 192000);
+    player.prepare(512, true, 96000.0f);
+    player.open(sound.path);
+    EXPECT_EQ(player.getFileName(), "half.wav");
+    EXPECT_EQ(player.getNumChannelsInFile(), 3u);
+    EXPECT_EQ(player.getLengthInMs(), 500.0f);
+}
+
+TEST(AudioFilePlayerOpen, EmptyPathIsRefusedAndTheOpenFileStays)
+{
+    ScratchFolder folder;
+    const SoundFile sound = writeFrameNumberFile(folder, "mono.wav", 1, 3000);
+    AudioFilePlayer player(1, 192000);
+    PlayerHarness harness(player, 512);
+    player.open(sound.path);
+    player.rewind();
+
+    try {
+        player.open(File());
+        FAIL() << "no exception";
+    } catch (const Exception& exception) {
+        EXPECT_EQ(exception.message, "Couldnt open file \"\"");
+    }
+    EXPECT_THROW(player.open(String(folder / "missing.wav")), Exception);
+    EXPECT_THROW(player.open(String(folder.write("junk.wav", "not a sound file at all"))), Exception);
+
+    EXPECT_EQ(player.getFileName(), "mono.wav");
+    EXPECT_TRUE(player.isPlaying());
+    Channels audio;
+    harness.play(audio, 1);
+    EXPECT_EQ(audio[0][0], frameNumberSample(0));
+}
+
+// Opening loads but does not start: with the region still empty, a resume runs into the end at once.
+TEST(AudioFilePlayerOpen, OpenDoesNotStartAndResumeRightAfterItEndsAtOnce)
+{
+    ScratchFolder folder;
+    const SoundFile sound = writeFrameNumberFile(folder, "mono.wav", 1, 3000);
+    AudioFilePlayer player(1, 192000);
+    RecordingListener listener(player);
+    PlayerHarness harness(player, 512);
+    player.open(sound.path);
+    EXPECT_FALSE(player.isPlaying());
+
+    player.resume();
+    harness.perform();
+
+    EXPECT_FALSE(player.isPlaying());
+    EXPECT_EQ(listener.count(Kind::endOfFile), 1u);
+    EXPECT_EQ(harness.getOutput(0), std::vector<float>(512, 0.0f));
+}
+
+TEST(AudioFilePlayerListeners, NullAndDuplicatesAreIgnoredAndOrderIsKept)
+{
+    std::vector<int> order;
+    struct OrderListener : AudioFilePlayer::Listener
+    {
+        OrderListener(std::vector<int>& order, int id) : order(order), id(id) {}
+        void progressChanged(float) override {}
+        void bufferingChanged(float) override {}
+        void endOfFile() override { order.push_back(id); }
+        void markerReached(const AudioFilesMetadata::Marker&) override {}
+        std::vector<int>& order;
+        int id;
+    };
+    // Declared before the player, so that they outlive it.
+    OrderListener first(order, 1), second(order, 2), third(order, 3);
+    AudioFilePlayer player(1, 192000);
+    PlayerHarness harness(player, 512);
+    player.addListener(nullptr);
+    player.addListener(&first);
+    player.addListener(&second);
+    player.addListener(&first);
+    player.addListener(&third);
+    player.removeListener(nullptr);
+    player.removeListener(&second);
+    player.removeListener(&second);
+
+    player.resume();
+    harness.perform();
+
+    EXPECT_EQ(order, (std::vector<int>{1, 3}));
+}
+
+} // namespace vlk::test
