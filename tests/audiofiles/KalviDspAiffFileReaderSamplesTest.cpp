@@ -7,7 +7,6 @@
 #include <sndfile.h>
 
 #include <cstdint>
-#include <fstream>
 #include <limits>
 #include <random>
 #include <stdexcept>
@@ -75,16 +74,6 @@ void writeSamples(SNDFILE* file, const SampleFormat& format, std::size_t numSamp
     integers.front() = std::numeric_limits<std::int32_t>::max();
     integers.back() = std::numeric_limits<std::int32_t>::min();
     sf_writef_int(file, integers.data(), numFrames);
-}
-
-void renameCompression(const std::string& path, const char* compression)
-{
-    std::string bytes = readWholeFile(path);
-    const std::size_t common = bytes.find("COMM");
-    if (common == std::string::npos)
-        throw std::runtime_error("no COMM chunk");
-    bytes.replace(common + 8 + 18, 4, compression);
-    std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
 }
 
 SndfileFixture writeWithSndfile(const ScratchFolder& scratch, const SampleFormat& format, int numChannels,

@@ -4,6 +4,8 @@
 #include "threads/KalviDspException.h"
 
 #include <cmath>
+#include <fstream>
+#include <stdexcept>
 
 namespace vlk::test {
 
@@ -143,6 +145,16 @@ std::string makeSimpleAifcFile(std::uint16_t numChannels, std::uint16_t bitsPerS
                             makeAiffChunk("COMM", makeAifcCommonContent(numChannels, numFrames, bitsPerSample,
                                                                         44100, compression)) +
                             makeAiffChunk("SSND", makeSoundDataContent(sampleBytes)));
+}
+
+void renameCompression(const std::string& path, const std::string& compression)
+{
+    std::string bytes = readWholeFile(path);
+    const std::size_t common = bytes.find("COMM");
+    if (common == std::string::npos)
+        throw std::runtime_error("no COMM chunk");
+    bytes.replace(common + 8 + 18, 4, compression);
+    std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
 }
 
 std::unique_ptr<AiffFileReader> openAiffImage(const ScratchFolder& scratch, const std::string& bytes,

@@ -71,6 +71,10 @@ std::string makeSimpleAiffFile(std::uint16_t numChannels, std::uint16_t bitsPerS
 std::string makeSimpleAifcFile(std::uint16_t numChannels, std::uint16_t bitsPerSample,
                                const std::string& compression, const std::string& sampleBytes);
 
+// Overwrites the compression type of the AIFC file at path, for the layouts that libsndfile names otherwise
+// than the reader does (it calls 24-bit little-endian "42n1", where the reader takes "sowt").
+void renameCompression(const std::string& path, const std::string& compression);
+
 // Writes bytes to name in the scratch folder and opens it; throws what the reader throws.
 std::unique_ptr<AiffFileReader> openAiffImage(const ScratchFolder& scratch, const std::string& bytes,
                                               const std::string& name = "image.aif");

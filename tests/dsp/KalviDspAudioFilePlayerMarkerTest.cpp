@@ -1,54 +1,39 @@
+#include "audiofiles/KalviDspAiffFixtures.h"
 #include "dsp/KalviDspAudioFilePlayer.h"
 #include "dsp/KalviDspPlayerHarness.h"
-#include "threads/KalviDspException.h"
 
 #include <gtest/gtest.h>
+#include <thread>
 
-// Only AIFF files carry markers to the player, and the player opens files through the reader factory alone:
-// these cases run once the AIFF reader takes the file, and are skipped before.
+// Only AIFF files carry markers to the player, which opens files through the reader factory alone.
 
 namespace vlk::test {
 
 namespace {
 
 using Kind = RecordingListener::Kind;
+using Told = std::vector<std::vector<std::uint32_t>>;
 
-std::string bigEndian(std::uint32_t value, int numBytes)
+constexpr std::uint32_t numFrames = 20000;
+
+// Stored out of the order of their positions where two share a vector, and one on a vector's first frame.
+const std::vector<MarkerSpec> markers{{4, 0, "start"},           {1, 1000, "one"},    {7, 1024, "boundary"},
+                                      {6, 5100, "stored first"}, {2, 5000, "second"}, {3, 19900, "near end"}};
+
+std::string makeCommonChunk()
 {
-    std::string bytes;
-    for (int index = numBytes - 1; index >= 0; --index)
-        bytes.push_back(static_cast<char>((value >> (8 * index)) & 0xFF));
-    return bytes;
+    return makeAiffChunk("COMM", makeCommonContent(1, numFrames, 16, 44100));
 }
 
-std::string chunk(const std::string& id, const std::string& content)
+std::string makeMarkerChunk()
 {
-    return id + bigEndian(static_cast<std::uint32_t>(content.size()), 4) + content;
+    return makeAiffChunk("MARK", makeMarkerContent(markers));
 }
 
-struct MarkerSpec
+// Silent 16-bit mono frames.
+std::string makeSoundChunk()
 {
-    std::uint16_t identifier;
-    std::uint32_t position;
-    std::string name;
-};
-
-// A plain AIFF file of silent 16-bit mono frames at 44100 Hz, with a MARK chunk before the samples. A name of
-// even length is followed by a pad byte.
-std::string makeAiffWithMarkers(std::uint32_t numFrames, const std::vector<MarkerSpec>& markers)
-{
-    const std::string rate44100 = std::string("\x40\x0E\xAC\x44", 4) + std::string(6, '\0');
-    const std::string common = bigEndian(1, 2) + bigEndian(numFrames, 4) + bigEndian(16, 2) + rate44100;
-    std::string marks = bigEndian(static_cast<std::uint32_t>(markers.size()), 2);
-    for (const MarkerSpec& marker : markers) {
-        marks += bigEndian(marker.identifier, 2) + bigEndian(marker.position, 4);
-        marks += static_cast<char>(marker.name.size()) + marker.name;
-        if (marker.name.size() % 2 == 0)
-            marks += '\0';
-    }
-    const std::string sound = bigEndian(0, 4) + bigEndian(0, 4) + std::string(numFrames * 2, '\0');
-    const std::string form = "AIFF" + chunk("COMM", common) + chunk("MARK", marks) + chunk("SSND", sound);
-    return chunk("FORM", form);
+    return makeAiffChunk("SSND", makeSoundDataContent(std::string(numFrames * 2, '\0')));
 }
 
 class AudioFilePlayerMarkers : public testing::Test
@@ -56,31 +41,32 @@ class AudioFilePlayerMarkers : public testing::Test
 protected:
     void SetUp() override
     {
-        const std::string bytes = makeAiffWithMarkers(
-            20000, {{4, 0, "start"}, {1, 1000, "one"}, {2, 5000, "second"}, {3, 19900, "near end"}});
-        try {
-            player.open(String(folder.write("markers.aiff", bytes)));
-        } catch (const Exception& exception) {
-            GTEST_SKIP() << "no reader takes AIFF files yet: " << exception.message;
-        }
+        open(makeFormFile("AIFF", makeCommonChunk() + makeMarkerChunk() + makeSoundChunk()));
     }
 
-    // The markers told during each of the next vectors.
-    std::vector<std::vector<std::uint32_t>> playAndCollect(std::size_t numVectors)
+    void open(const std::string& bytes)
     {
-        std::vector<std::vector<std::uint32_t>> perVector;
-        for (std::size_t vector = 0; vector < numVectors; ++vector) {
+        ASSERT_NO_THROW(
+            player.open(String(folder.write("markers" + std::to_string(++numFiles) + ".aif", bytes))));
+    }
+
+    // The identifiers told during each of the next vectors, until the player stops or maxVectors have run.
+    Told playAndCollect(std::size_t maxVectors)
+    {
+        Told told;
+        while (player.isPlaying() && told.size() < maxVectors) {
             listener.clear();
             Channels audio;
             harness.play(audio, 1);
-            perVector.emplace_back();
+            told.emplace_back();
             for (const RecordingListener::Call& call : listener.getCalls(Kind::marker))
-                perVector.back().push_back(call.marker.identifier);
+                told.back().push_back(call.marker.identifier);
         }
-        return perVector;
+        return told;
     }
 
     ScratchFolder folder;
+    int numFiles = 0;
     AudioFilePlayer player{1, 192000};
     RecordingListener listener{player};
     PlayerHarness harness{player, 512};
@@ -88,40 +74,40 @@ protected:
 
 } // namespace
 
-TEST_F(AudioFilePlayerMarkers, AreToldInTheVectorThatPlaysThemOnTheAudioThread)
+TEST_F(AudioFilePlayerMarkers, AreToldInStoredOrderInTheVectorWhoseSpanHoldsThem)
 {
     player.rewind();
-    const std::vector<std::vector<std::uint32_t>> told = playAndCollect(12);
-    EXPECT_EQ(told[0], std::vector<std::uint32_t>{4});
-    EXPECT_EQ(told[1], std::vector<std::uint32_t>{1});
-    EXPECT_EQ(told[9], std::vector<std::uint32_t>{2});
-    std::size_t total = 0;
-    for (const auto& vector : told)
-        total += vector.size();
-    EXPECT_EQ(total, 3u);
-
-    player.rewind();
-    listener.clear();
-    Channels audio;
-    harness.play(audio, 2);
-    const std::vector<RecordingListener::Call> calls = listener.getCalls(Kind::marker);
-    ASSERT_EQ(calls.size(), 2u);
-    EXPECT_EQ(calls[1].marker.name, "one");
-    EXPECT_EQ(calls[1].marker.position, 1000u);
-    EXPECT_EQ(calls[1].thread, std::this_thread::get_id());
+    Told expected(12);
+    expected[0] = {4};
+    expected[1] = {1};
+    expected[2] = {7};
+    expected[9] = {6, 2};
+    EXPECT_EQ(playAndCollect(12), expected);
 }
 
-// The spans of the last vectors overlap, and the end's vector scans the last span once more.
-TEST_F(AudioFilePlayerMarkers, MarkerNearTheEndIsToldThreeTimes)
+TEST_F(AudioFilePlayerMarkers, CarryTheFileFieldsAndComeOnTheAudioThread)
 {
-    player.seek(440.0f);
+    player.rewind();
     Channels audio;
-    listener.clear();
-    harness.playUntilStopped(audio, 100);
-    std::size_t nearEnd = 0;
-    for (const RecordingListener::Call& call : listener.getCalls(Kind::marker))
-        nearEnd += call.marker.identifier == 3 ? 1 : 0;
-    EXPECT_EQ(nearEnd, 3u);
+    harness.play(audio, 10);
+    const std::vector<RecordingListener::Call> calls = listener.getCalls(Kind::marker);
+    ASSERT_EQ(calls.size(), 5u);
+    for (std::size_t index = 0; index < calls.size(); ++index) {
+        EXPECT_EQ(calls[index].marker.identifier, markers[index].identifier) << index;
+        EXPECT_EQ(calls[index].marker.position, markers[index].position) << index;
+        EXPECT_EQ(calls[index].marker.name, markers[index].name) << index;
+        EXPECT_EQ(calls[index].thread, std::this_thread::get_id()) << index;
+    }
+}
+
+// The spans of the last vectors overlap, since each begins one vector before its end, and the vector that
+// tells the end scans the last span once more.
+TEST_F(AudioFilePlayerMarkers, MarkerNearTheEndIsToldInEachOfTheLastVectorsAndAtTheEnd)
+{
+    // 440 ms is frame 19404: a region of 596 frames, two vectors and the end's.
+    player.seek(440.0f);
+    EXPECT_EQ(playAndCollect(100), (Told{{3}, {3}, {3}}));
+    EXPECT_EQ(listener.count(Kind::endOfFile), 1u);
 }
 
 TEST_F(AudioFilePlayerMarkers, AreNotToldWhileThePositionOutputIsUnconnected)
@@ -129,19 +115,48 @@ TEST_F(AudioFilePlayerMarkers, AreNotToldWhileThePositionOutputIsUnconnected)
     harness.setConnections({1, 0});
     player.rewind();
     Channels audio;
-    harness.play(audio, 12);
+    harness.playUntilStopped(audio, 100);
+    EXPECT_EQ(listener.count(Kind::endOfFile), 1u);
     EXPECT_EQ(listener.count(Kind::marker), 0u);
+
+    harness.setConnections({1, 1});
+    player.rewind();
+    EXPECT_EQ(playAndCollect(1), (Told{{4}}));
 }
 
 TEST_F(AudioFilePlayerMarkers, LoopTellsThemAtEveryPass)
 {
     player.setLoop(true);
+    // Frames 0 to 1322: 0.01 ms is no frame, yet not 0, so the region starts without a rewind. Each pass
+    // takes three vectors, the position flat at the region's start behind the wrap.
     player.seek(0.01f, 30.0f);
+    Told expected;
+    for (int pass = 0; pass < 6; ++pass)
+        expected.insert(expected.end(), {{4}, {1}, {7}});
+    expected.insert(expected.end(), {{4}, {1}});
+    EXPECT_EQ(playAndCollect(20), expected);
+}
+
+// A MARK behind COMM and SSND is read in a plain AIFF file, while in an AIFC file, which has FVER, the walk
+// ends before it.
+TEST_F(AudioFilePlayerMarkers, AifcWithVersionBeforeAMarkBehindItsSoundHasNone)
+{
+    open(makeFormFile("AIFF", makeCommonChunk() + makeSoundChunk() + makeMarkerChunk()));
+    player.rewind();
     Channels audio;
-    harness.play(audio, 20);
-    // The region holds frames 0 to 1322 (0.01 ms is no frame, and not 0 either): marker 1 at each of its
-    // passes while the position follows it.
-    EXPECT_GE(listener.count(Kind::marker), 4u);
+    harness.playUntilStopped(audio, 100);
+    // The one near the end three times.
+    EXPECT_EQ(listener.count(Kind::marker), 8u);
+
+    open(makeFormFile("AIFC",
+                      makeAiffChunk("FVER", makeVersionContent()) +
+                          makeAiffChunk("COMM", makeAifcCommonContent(1, numFrames, 16, 44100, "NONE")) +
+                          makeSoundChunk() + makeMarkerChunk()));
+    player.rewind();
+    listener.clear();
+    harness.playUntilStopped(audio, 100);
+    EXPECT_EQ(listener.count(Kind::endOfFile), 1u);
+    EXPECT_EQ(listener.count(Kind::marker), 0u);
 }
 
 } // namespace vlk::test

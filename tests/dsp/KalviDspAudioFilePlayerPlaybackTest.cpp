@@ -1,8 +1,10 @@
+#include "audiofiles/KalviDspAiffFixtures.h"
+#include "audiofiles/KalviDspWavFixtures.h"
 #include "dsp/KalviDspAudioFilePlayer.h"
 #include "dsp/KalviDspPlayerHarness.h"
-#include "text/KalviDspDisplayText.h"
 #include "threads/KalviDspException.h"
 
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <sndfile.h>
 #include <thread>
@@ -32,12 +34,21 @@ void expectWholeFileThenSilence(const SoundFile& sound, const Channels& audio, s
     }
 }
 
+// A form that libsndfile writes, and the compression type put in its place where libsndfile names an AIFC
+// layout otherwise than the reader does: it calls 24-bit little-endian "42n1", and floats "FL32", a spelling
+// the reader takes as well as "fl32".
 struct FormatCase
 {
     const char* name;
     int format;
     int numChannels;
+    const char* renamedCompression = nullptr;
 };
+
+std::string getFileName(const FormatCase& formatCase)
+{
+    return (formatCase.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_AIFF ? "noise.aif" : "noise.wav";
+}
 
 std::ostream& operator<<(std::ostream& stream, const FormatCase& formatCase)
 {
@@ -57,7 +68,9 @@ TEST_P(AudioFilePlayerPlaybackFormats, OutputsEveryFrameBitForBitThenSilence)
     const FormatCase formatCase = GetParam();
     ScratchFolder folder;
     const SoundFile sound =
-        writeNoiseFile(folder, "noise.wav", formatCase.format, formatCase.numChannels, 250000);
+        writeNoiseFile(folder, getFileName(formatCase), formatCase.format, formatCase.numChannels, 250000);
+    if (formatCase.renamedCompression != nullptr)
+        renameCompression(sound.path, formatCase.renamedCompression);
     AudioFilePlayer player(static_cast<std::uint32_t>(formatCase.numChannels), 192000);
     RecordingListener listener(player);
     PlayerHarness harness(player, 441);
@@ -72,23 +85,36 @@ TEST_P(AudioFilePlayerPlaybackFormats, OutputsEveryFrameBitForBitThenSilence)
     EXPECT_EQ(listener.count(Kind::endOfFile), 1u);
 }
 
-INSTANTIATE_TEST_SUITE_P(, AudioFilePlayerPlaybackFormats,
-                         testing::Values(FormatCase{"pcm8", SF_FORMAT_WAV | SF_FORMAT_PCM_U8, 1},
-                                         FormatCase{"pcm8", SF_FORMAT_WAV | SF_FORMAT_PCM_U8, 3},
-                                         FormatCase{"pcm16", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 1},
-                                         FormatCase{"pcm16", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 2},
-                                         FormatCase{"pcm16", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 8},
-                                         FormatCase{"pcm24", SF_FORMAT_WAV | SF_FORMAT_PCM_24, 2},
-                                         FormatCase{"pcm24", SF_FORMAT_WAV | SF_FORMAT_PCM_24, 6},
-                                         FormatCase{"pcm32", SF_FORMAT_WAV | SF_FORMAT_PCM_32, 2},
-                                         FormatCase{"float", SF_FORMAT_WAV | SF_FORMAT_FLOAT, 1},
-                                         FormatCase{"float", SF_FORMAT_WAV | SF_FORMAT_FLOAT, 8},
-                                         FormatCase{"rf64pcm24", SF_FORMAT_RF64 | SF_FORMAT_PCM_24, 2},
-                                         FormatCase{"rf64float", SF_FORMAT_RF64 | SF_FORMAT_FLOAT, 4}),
-                         [](const testing::TestParamInfo<FormatCase>& info) {
-                             return std::string(info.param.name) + "x" +
-                                    std::to_string(info.param.numChannels);
-                         });
+INSTANTIATE_TEST_SUITE_P(
+    , AudioFilePlayerPlaybackFormats,
+    testing::Values(FormatCase{"pcm8", SF_FORMAT_WAV | SF_FORMAT_PCM_U8, 1},
+                    FormatCase{"pcm8", SF_FORMAT_WAV | SF_FORMAT_PCM_U8, 3},
+                    FormatCase{"pcm16", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 1},
+                    FormatCase{"pcm16", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 2},
+                    FormatCase{"pcm16", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 8},
+                    FormatCase{"pcm24", SF_FORMAT_WAV | SF_FORMAT_PCM_24, 2},
+                    FormatCase{"pcm24", SF_FORMAT_WAV | SF_FORMAT_PCM_24, 6},
+                    FormatCase{"pcm32", SF_FORMAT_WAV | SF_FORMAT_PCM_32, 2},
+                    FormatCase{"float", SF_FORMAT_WAV | SF_FORMAT_FLOAT, 1},
+                    FormatCase{"float", SF_FORMAT_WAV | SF_FORMAT_FLOAT, 8},
+                    FormatCase{"rf64pcm24", SF_FORMAT_RF64 | SF_FORMAT_PCM_24, 2},
+                    FormatCase{"rf64float", SF_FORMAT_RF64 | SF_FORMAT_FLOAT, 4},
+                    FormatCase{"aiff8", SF_FORMAT_AIFF | SF_FORMAT_PCM_S8, 1},
+                    FormatCase{"aiff8", SF_FORMAT_AIFF | SF_FORMAT_PCM_S8, 5},
+                    FormatCase{"aiff16", SF_FORMAT_AIFF | SF_FORMAT_PCM_16, 2},
+                    FormatCase{"aiff16", SF_FORMAT_AIFF | SF_FORMAT_PCM_16, 7},
+                    FormatCase{"aiff24", SF_FORMAT_AIFF | SF_FORMAT_PCM_24, 3},
+                    FormatCase{"aiff32", SF_FORMAT_AIFF | SF_FORMAT_PCM_32, 4},
+                    FormatCase{"sowt16", SF_FORMAT_AIFF | SF_FORMAT_PCM_16 | SF_ENDIAN_LITTLE, 1},
+                    FormatCase{"sowt16", SF_FORMAT_AIFF | SF_FORMAT_PCM_16 | SF_ENDIAN_LITTLE, 6},
+                    FormatCase{"sowt24", SF_FORMAT_AIFF | SF_FORMAT_PCM_24 | SF_ENDIAN_LITTLE, 2, "sowt"},
+                    FormatCase{"sowt24", SF_FORMAT_AIFF | SF_FORMAT_PCM_24 | SF_ENDIAN_LITTLE, 8, "sowt"},
+                    FormatCase{"fl32", SF_FORMAT_AIFF | SF_FORMAT_FLOAT, 1, "fl32"},
+                    FormatCase{"fl32", SF_FORMAT_AIFF | SF_FORMAT_FLOAT, 8, "fl32"},
+                    FormatCase{"FL32", SF_FORMAT_AIFF | SF_FORMAT_FLOAT, 2}),
+    [](const testing::TestParamInfo<FormatCase>& info) {
+        return std::string(info.param.name) + "x" + std::to_string(info.param.numChannels);
+    });
 
 // 192000 is a whole number of 512-frame vectors: every read of the audio thread ends exactly at the ring's
 // end, which must not be taken for a split.
@@ -305,35 +331,74 @@ TEST(AudioFilePlayerQueries, WithoutFile)
     EXPECT_EQ(player.getRemainingSamplesInAudioFile(), 0u);
 }
 
-TEST(AudioFilePlayerQueries, InfoTellsPathAndDescription)
+// Each form with its suffix, each unit of size and each form of duration, as literal texts. The last file is
+// sparse: past a gigabyte, it takes no room on disk.
+TEST(AudioFilePlayerQueries, InfoDescribesEveryFormExactly)
 {
+    struct InfoCase
+    {
+        std::string name;
+        std::string bytes;
+        std::uint64_t sparseSize;
+        std::string description;
+    };
+    BextContent broadcast;
+    broadcast.description = "take 1";
+    const std::string bext = makeChunk("bext", makeBextContent(broadcast));
+    const std::vector<InfoCase> cases{
+        {"mono24.wav",
+         makeRiffFile(makeChunk("fmt ", makeFormatContent(1, 1, 48000, 24)) +
+                      makeChunk("data", std::string(144000, '\0'))),
+         0, "(1 channel, 48 kHz, 48000 samples, 1.00 sec, 24 bits, WAV File, 144.04 Ko)"},
+        {"float.wav",
+         makeRf64File(makeChunk("fmt ", makeFormatContent(3, 2, 96000, 32)) +
+                          makeChunkWithSize("data", 0xFFFFFFFF, std::string(800, '\0')),
+                      800),
+         0, "(2 channels, 96 kHz, 100 samples, 1.0 ms, 32 bits, WAV File (RF64), 0.88 Ko)"},
+        {"broadcast.wav",
+         makeRiffFile(bext + makeChunk("fmt ", makeFormatContent(1, 8, 22050, 16)) +
+                      makeChunk("data", std::string(1120000, '\0'))),
+         0, "(8 channels, 22.05 kHz, 70000 samples, 3.17 sec, 16 bits, WAV File (BWF), 1.12 Mo)"},
+        {"both.wav",
+         makeRf64File(makeChunk("fmt ", makeFormatContent(1, 1, 11025, 8)) + bext +
+                          makeChunkWithSize("data", 0xFFFFFFFF, std::string(441, '\0')),
+                      441),
+         0, "(1 channel, 11025 Hz, 441 samples, 40.0 ms, 8 bits, WAV File (RF64 / BWF), 1.13 Ko)"},
+        {"stereo.aif",
+         makeFormFile("AIFF", makeAiffChunk("COMM", makeCommonContent(2, 16000, 16, 32000)) +
+                                  makeAiffChunk("SSND", makeSoundDataContent(std::string(64000, '\0')))),
+         0, "(2 channels, 32 kHz, 16000 samples, 500 ms, 16 bits, AIFF File, 64.05 Ko)"},
+        {"sowt.aif",
+         makeFormFile("AIFC", makeAiffChunk("FVER", makeVersionContent()) +
+                                  makeAiffChunk("COMM", makeAifcCommonContent(6, 4410, 24, 44100, "sowt")) +
+                                  makeAiffChunk("SSND", makeSoundDataContent(std::string(79380, '\0')))),
+         0, "(6 channels, 44.1 kHz, 4410 samples, 100 ms, 24 bits, AIFF File, 79.47 Ko)"},
+        {"float.aif",
+         makeFormFile("AIFC", makeAiffChunk("FVER", makeVersionContent()) +
+                                  makeAiffChunk("COMM", makeAifcCommonContent(1, 260000, 32, 8000, "fl32")) +
+                                  makeAiffChunk("SSND", makeSoundDataContent(std::string(1040000, '\0')))),
+         0, "(1 channel, 8 kHz, 260000 samples, 33 sec, 32 bits, AIFF File, 1.04 Mo)"},
+        {"long.wav",
+         makeRiffFile(makeChunk("fmt ", makeFormatContent(1, 2, 44100, 16)) +
+                      makeChunkWithSize("data", 1000000000, "")),
+         44 + 1000000000ull,
+         "(2 channels, 44.1 kHz, 250000000 samples, 1 h 34 min 29 sec, 16 bits, WAV File, 1.00 Go)"},
+    };
+
     ScratchFolder folder;
-    const SoundFile sound =
-        writeNoiseFile(folder, "info.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_24, 2, 48000, 48000);
     AudioFilePlayer player(2, 192000);
-    Vector<String> lines{"kept"};
-    player.open(sound.path);
-    player.getInfo(lines);
-
-    ASSERT_EQ(lines.size(), 3u);
-    EXPECT_EQ(lines[0], "kept");
-    EXPECT_EQ(lines[1], sound.path);
-    EXPECT_EQ(lines[2],
-              "(2 channels, 48 kHz, 48000 samples, " + getTimeText(48000, 48000.0) + ", 24 bits, WAV File, " +
-                  getFileSizeText(static_cast<std::int64_t>(readWholeFile(sound.path).size())) + ")");
-}
-
-TEST(AudioFilePlayerQueries, InfoNamesRf64)
-{
-    ScratchFolder folder;
-    const SoundFile sound = writeNoiseFile(folder, "big.wav", SF_FORMAT_RF64 | SF_FORMAT_FLOAT, 1, 100);
-    AudioFilePlayer player(1, 192000);
-    player.open(sound.path);
-    Vector<String> lines;
-    player.getInfo(lines);
-    ASSERT_EQ(lines.size(), 2u);
-    EXPECT_NE(lines[1].find("1 channel, 44.1 kHz, 100 samples, "), std::string::npos) << lines[1];
-    EXPECT_NE(lines[1].find(", 32 bits, WAV File (RF64), "), std::string::npos) << lines[1];
+    for (const InfoCase& infoCase : cases) {
+        const std::string path = folder.write(infoCase.name, infoCase.bytes);
+        if (infoCase.sparseSize != 0)
+            std::filesystem::resize_file(path, infoCase.sparseSize);
+        player.open(String(path));
+        Vector<String> lines{"kept"};
+        player.getInfo(lines);
+        ASSERT_EQ(lines.size(), 3u) << infoCase.name;
+        EXPECT_EQ(lines[0], "kept");
+        EXPECT_EQ(lines[1], path);
+        EXPECT_EQ(lines[2], infoCase.description) << infoCase.name;
+    }
 }
 
 // The length uses the file's own rate, whatever the processor's is.

@@ -1,6 +1,7 @@
 #include "dsp/KalviDspPlayerHarness.h"
 
 #include <algorithm>
+#include <cctype>
 #include <chrono>
 #include <cstring>
 #include <sndfile.h>
@@ -11,6 +12,27 @@ namespace vlk::test {
 namespace {
 
 constexpr float framesPerChannelStep = 1000000.0f;
+
+// The container that the name's extension calls for, with the sample form and byte order of format.
+int getFormatOfName(const std::string& name, int format)
+{
+    const std::size_t dot = name.rfind('.');
+    std::string extension = dot == std::string::npos ? "" : name.substr(dot);
+    std::transform(extension.begin(), extension.end(), extension.begin(),
+                   [](unsigned char character) { return static_cast<char>(std::tolower(character)); });
+    const int stated = format & SF_FORMAT_TYPEMASK;
+    int container = 0;
+    if (extension == ".aif" || extension == ".aiff")
+        container = SF_FORMAT_AIFF;
+    else if (extension == ".wav")
+        // RF64 files keep the extension of the form they extend.
+        container = stated == SF_FORMAT_RF64 ? SF_FORMAT_RF64 : SF_FORMAT_WAV;
+    else
+        throw std::invalid_argument("no container is known for the name " + name);
+    if (stated != 0 && stated != container)
+        throw std::invalid_argument("the format does not write the container that " + name + " calls for");
+    return container | (format & ~SF_FORMAT_TYPEMASK);
+}
 
 // Writes the interleaved frames, then reads them back as floats: libsndfile is the oracle of the samples.
 template <typename Sample, typename Writer>
@@ -31,6 +53,8 @@ SoundFile writeAndReadBack(const std::string& path, int format, int numChannels,
     file = sf_open(path.c_str(), SFM_READ, &readInfo);
     if (file == nullptr)
         throw std::runtime_error("libsndfile cannot read " + path);
+    // What libsndfile reads back is the file's length: 8-bit mono AIFF pads an odd count with a frame.
+    numFrames = readInfo.frames;
     std::vector<float> readBack(static_cast<std::size_t>(numFrames * numChannels));
     sf_readf_float(file, readBack.data(), numFrames);
     sf_close(file);
@@ -58,7 +82,7 @@ SoundFile writeNoiseFile(const ScratchFolder& folder, const std::string& name, i
         sample = static_cast<int>(state);
     }
     return writeAndReadBack(
-        folder / name, format, numChannels, numFrames, sampleRate, interleaved,
+        folder / name, getFormatOfName(name, format), numChannels, numFrames, sampleRate, interleaved,
         [](SNDFILE* file, const int* frames, std::int64_t count) { sf_writef_int(file, frames, count); });
 }
 
@@ -71,7 +95,8 @@ SoundFile writeFrameNumberFile(const ScratchFolder& folder, const std::string& n
             interleaved[static_cast<std::size_t>(frame * numChannels + channel)] =
                 frameNumberSample(static_cast<std::uint64_t>(frame), static_cast<std::uint32_t>(channel));
     return writeAndReadBack(
-        folder / name, SF_FORMAT_WAV | SF_FORMAT_FLOAT, numChannels, numFrames, sampleRate, interleaved,
+        folder / name, getFormatOfName(name, SF_FORMAT_FLOAT), numChannels, numFrames, sampleRate,
+        interleaved,
         [](SNDFILE* file, const float* frames, std::int64_t count) { sf_writef_float(file, frames, count); });
 }
 

@@ -24,8 +24,11 @@ struct SoundFile
     std::size_t getNumFrames() const { return samples.empty() ? 0 : samples[0].size(); }
 };
 
+// The file's container follows its name: ".wav" for WAV, or RF64 where the format says so, ".aif" or ".aiff"
+// for AIFF and AIFC. format is a libsndfile format (SF_FORMAT_PCM_16, SF_FORMAT_AIFF | SF_FORMAT_PCM_24 ...);
+// one that names another container than the extension is refused with std::invalid_argument.
+
 // Full-scale noise, different in every frame and channel, so that a lost, doubled or shifted frame shows.
-// format is a libsndfile format (SF_FORMAT_WAV | SF_FORMAT_PCM_16 ...).
 SoundFile writeNoiseFile(const ScratchFolder& folder, const std::string& name, int format, int numChannels,
                          std::int64_t numFrames, int sampleRate = 44100);
 // 32-bit float samples that tell where they come from: frame f of channel c holds f + 1 + 1000000 c, so 0 is
