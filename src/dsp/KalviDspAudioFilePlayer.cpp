@@ -292,10 +292,9 @@ void AudioFilePlayer::readSamplesFromDisk()
         const Lock diskGuard(diskMutex);
         if (reader == nullptr)
             return;
-        const std::uint32_t used = std::min(fileChannels.load(), numChannels);
         if (isRegionExhausted()) {
             if (!loop) {
-                padBehindRegionEnd(used);
+                padBehindRegionEnd();
                 return;
             }
             if (regionEnd < filePosition)
@@ -318,25 +317,42 @@ bool AudioFilePlayer::isRegionExhausted()
     return regionEnd <= filePosition;
 }
 
-// Under diskMutex. The last vector of a region reads past its end: what it finds there is silence. Channels
-// of the file beyond the outputs never leave the ring and are left as they are.
-void AudioFilePlayer::padBehindRegionEnd(std::uint32_t used)
+// Under diskMutex. The last vector of a region reads past its end: what it finds there is silence.
+void AudioFilePlayer::padBehindRegionEnd()
+{
+    writePosition.store(zeroRingUpToReadPosition(writePosition.load(std::memory_order_acquire)),
+                        std::memory_order_release);
+}
+
+// Under diskMutex. Zeroes the ring from `from` up to readPosition, and answers readPosition, where the disk
+// side then stands. Channels of the file beyond the outputs never leave the ring and are left as they are.
+std::uint64_t AudioFilePlayer::zeroRingUpToReadPosition(std::uint64_t from)
 {
     const std::uint64_t read = readPosition.load(std::memory_order_acquire);
-    const std::uint64_t write = writePosition.load(std::memory_order_acquire);
-    if (write == read)
-        return;
-    const auto zero = [this, used](std::uint64_t from, std::uint64_t count) {
+    if (from == read)
+        return read;
+    const std::uint32_t used = std::min(fileChannels.load(), numChannels);
+    const auto zero = [this, used](std::uint64_t start, std::uint64_t count) {
         for (std::uint32_t channel = 0; channel < used; ++channel)
-            fill(ring->getChannel(channel) + from, count, 0.0f);
+            fill(ring->getChannel(channel) + start, count, 0.0f);
     };
-    if (write < read) {
-        zero(write, read - write);
+    if (from < read) {
+        zero(from, read - from);
     } else {
-        zero(write, bufferCapacity - write);
+        zero(from, bufferCapacity - from);
         zero(0, read);
     }
-    writePosition.store(read, std::memory_order_release);
+    return read;
+}
+
+// Under diskMutex, with filePosition already behind the chunk. The chunk that ends a region without loop is
+// published together with the padding behind it: the audio thread's last vector reads past the region's
+// end, and only the release of writePosition orders the zeros before that read.
+std::uint64_t AudioFilePlayer::getPublishedWritePosition(std::uint64_t chunkEnd)
+{
+    if (loop || filePosition < regionEnd)
+        return chunkEnd;
+    return zeroRingUpToReadPosition(chunkEnd);
 }
 
 // Under diskMutex. A failed read still advances the positions: the frames it missed stay as the ring held
@@ -350,8 +366,9 @@ void AudioFilePlayer::readChunk(std::uint64_t numSamples)
         succeeded = reader->readSamples(*ring, write, numSamples, file);
         if (write + numSamples >= bufferCapacity)
             ringWrapped = true;
-        writePosition.store((write + numSamples) % bufferCapacity, std::memory_order_release);
         filePosition = file + numSamples;
+        writePosition.store(getPublishedWritePosition((write + numSamples) % bufferCapacity),
+                            std::memory_order_release);
     } else {
         ringWrapped = true;
         const std::uint64_t first = bufferCapacity - write;
@@ -359,8 +376,8 @@ void AudioFilePlayer::readChunk(std::uint64_t numSamples)
         writePosition.store(0, std::memory_order_release);
         filePosition = file + first;
         const bool secondSucceeded = reader->readSamples(*ring, 0, numSamples - first, file + first);
-        writePosition.store(numSamples - first, std::memory_order_release);
         filePosition = file + numSamples;
+        writePosition.store(getPublishedWritePosition(numSamples - first), std::memory_order_release);
         succeeded = firstSucceeded && secondSucceeded;
     }
     if (!succeeded)

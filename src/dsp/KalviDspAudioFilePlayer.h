@@ -110,7 +110,9 @@ private:
     void startRegion(std::uint64_t start, std::uint64_t end);
     bool canRewindWithinRing();
     bool isRegionExhausted();
-    void padBehindRegionEnd(std::uint32_t used);
+    void padBehindRegionEnd();
+    std::uint64_t zeroRingUpToReadPosition(std::uint64_t from);
+    std::uint64_t getPublishedWritePosition(std::uint64_t chunkEnd);
     void readChunk(std::uint64_t numSamples);
     void standStill();
     void playVector(std::uint32_t numSamples);
