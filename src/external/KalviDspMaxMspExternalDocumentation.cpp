@@ -1,0 +1,7 @@
+#include "external/KalviDspMaxMspExternalDocumentation.h"
+
+namespace Velur {
+
+MaxMspExternalDocumentation::~MaxMspExternalDocumentation() = default;
+
+} // namespace Velur
