@@ -34,6 +34,17 @@ void expectWholeFileThenSilence(const SoundFile& sound, const Channels& audio, s
     }
 }
 
+// Opens the file, starts it from its first frame and plays vectors until the player stops; answers their
+// count.
+std::size_t playFromStart(AudioFilePlayer& player, const SoundFile& sound, std::uint32_t vectorSize,
+                          Channels& audio)
+{
+    PlayerHarness harness(player, vectorSize);
+    player.open(sound.path);
+    player.rewind();
+    return harness.playUntilStopped(audio, 10000);
+}
+
 // A form that libsndfile writes, and the compression type put in its place where libsndfile names an AIFC
 // layout otherwise than the reader does: it calls 24-bit little-endian "42n1", and floats "FL32", a spelling
 // the reader takes as well as "fl32".
@@ -73,12 +84,9 @@ TEST_P(AudioFilePlayerPlaybackFormats, OutputsEveryFrameBitForBitThenSilence)
         renameCompression(sound.path, formatCase.renamedCompression);
     AudioFilePlayer player(static_cast<std::uint32_t>(formatCase.numChannels), 192000);
     RecordingListener listener(player);
-    PlayerHarness harness(player, 441);
-    player.open(sound.path);
-    player.rewind();
 
     Channels audio;
-    const std::size_t numVectors = harness.playUntilStopped(audio, 10000);
+    const std::size_t numVectors = playFromStart(player, sound, 441, audio);
 
     EXPECT_EQ(numVectors, vectorsToPlay(250000, 441) + 1);
     expectWholeFileThenSilence(sound, audio, 441);
@@ -124,12 +132,8 @@ TEST(AudioFilePlayerPlayback, VectorsThatDivideTheSmallestRingReadAcrossItsEndBi
     const SoundFile sound = writeNoiseFile(folder, "noise.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 2, 400000);
     AudioFilePlayer player(2, 100);
     ASSERT_EQ(player.getBufferCapacity(), 192000u);
-    PlayerHarness harness(player, 512);
-    player.open(sound.path);
-    player.rewind();
-
     Channels audio;
-    harness.playUntilStopped(audio, 10000);
+    playFromStart(player, sound, 512, audio);
 
     expectWholeFileThenSilence(sound, audio, 512);
 }
@@ -140,12 +144,8 @@ TEST(AudioFilePlayerPlayback, LargestRingWrapsBitForBit)
     const SoundFile sound = writeNoiseFile(folder, "long.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 1, 3000000);
     AudioFilePlayer player(1, 3000000);
     ASSERT_EQ(player.getBufferCapacity(), 2880000u);
-    PlayerHarness harness(player, 2048);
-    player.open(sound.path);
-    player.rewind();
-
     Channels audio;
-    harness.playUntilStopped(audio, 10000);
+    playFromStart(player, sound, 2048, audio);
 
     expectWholeFileThenSilence(sound, audio, 2048);
 }
