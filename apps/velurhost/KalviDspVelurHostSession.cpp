@@ -33,7 +33,29 @@ std::string trimmed(const std::string& text)
     return text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
 }
 
-// What the dump outlet says, as a line of the printer.
+// A dictionary that passes by name, in the dictionary syntax of the Max window: "key : value ...". It is read
+// while its message is delivered, since the sender may empty it afterwards.
+void printDictionary(t_symbol* name)
+{
+    t_dictionary* d = dictobj_findregistered_retain(name);
+    if (d == nullptr)
+        return;
+    std::string line = "dict:";
+    long numKeys = 0;
+    t_symbol** keys = nullptr;
+    dictionary_getkeys_ordered(d, &numKeys, &keys);
+    for (long i = 0; i < numKeys; ++i) {
+        long ac = 0;
+        t_atom* av = nullptr;
+        dictionary_getatoms(d, keys[i], &ac, &av);
+        line += std::string(" ") + keys[i]->s_name + " : " + host::atomsToText(ac, av);
+    }
+    dictionary_freekeys(d, numKeys, keys);
+    dictobj_release(d);
+    host::StandardOutput::writeLine(line);
+}
+
+// What the dump outlet says, as a line of the printer; a dictionary's contents follow on a line of their own.
 void printDump(t_symbol* selector, long ac, t_atom* av)
 {
     std::string line = "dump: ";
@@ -43,6 +65,8 @@ void printDump(t_symbol* selector, long ac, t_atom* av)
     else
         line += std::string(selector->s_name) + (ac > 0 ? " " + atoms : "");
     host::StandardOutput::writeLine(line);
+    if (selector == gensym("dictionary") && ac == 1 && av[0].a_type == A_SYM)
+        printDictionary(av[0].a_w.w_sym);
 }
 
 std::vector<host::Outlet*> signalOutlets(t_object* x)

@@ -1,28 +1,19 @@
 #include "external/KalviDspSfPlayDsp.h"
 
 #include "external/KalviDspCommonSymbols.h"
+#include "external/KalviDspHostBoundary.h"
 
 #include <cstdio>
-#include <cxxabi.h>
-#include <new>
 
 namespace vlk {
 
 void SfPlayDsp64(SfPlayObject* x, t_object* dsp64, short* count, double sampleRate, long maxVectorSize,
                  long /*flags*/)
 {
-    try {
+    CallAtHostBoundary(asObject(x), bugWords, [x, maxVectorSize, sampleRate] {
         x->player->prepare(static_cast<std::uint32_t>(maxVectorSize < 0 ? 0 : maxVectorSize), true,
                            static_cast<float>(sampleRate));
-    } catch (abi::__forced_unwind&) {
-        throw;
-    } catch (const Exception& exception) {
-        object_bug(asObject(x), "exception : %s", exception.what());
-    } catch (const std::bad_alloc& exception) {
-        object_bug(asObject(x), "out of memory : %s", exception.what());
-    } catch (...) {
-        object_bug(asObject(x), "unknown exception");
-    }
+    });
     x->player->setConnections(count);
     object_method(dsp64, commonSymbols->dsp_add64, x, SfPlayPerform64, 0, nullptr);
 }

@@ -3,45 +3,28 @@
 #include "external/KalviDspDictionaryArgument.h"
 #include "external/KalviDspDspObject.h"
 #include "external/KalviDspDumpOutlet.h"
+#include "external/KalviDspHostBoundary.h"
 
-#include <cxxabi.h>
 #include <memory>
-#include <new>
 
 namespace vlk {
 namespace {
 
 void buildPlayer(SfPlayObject* x)
 {
-    try {
+    CallAtHostBoundary(asObject(x), errorWords, [x] {
         x->player = std::make_unique<AudioFilePlayer>(static_cast<std::uint32_t>(x->numchannels),
                                                       static_cast<std::uint64_t>(x->buffersize));
-    } catch (abi::__forced_unwind&) {
-        throw;
-    } catch (const Exception& exception) {
-        object_error(asObject(x), "%s", exception.what());
-    } catch (const std::bad_alloc& exception) {
-        object_error(asObject(x), "out of memory : %s", exception.what());
-    } catch (...) {
-        object_error(asObject(x), "unknown exception");
-    }
+    });
 }
 
 // The object is kept whatever happens: it goes on with the old rate or vector size.
 void preparePlayer(SfPlayObject* x)
 {
     const int vectorSize = sys_getblksize();
-    try {
+    CallAtHostBoundary(asObject(x), bugWords, [x, vectorSize] {
         x->player->prepare(static_cast<std::uint32_t>(vectorSize < 0 ? 0 : vectorSize), true, sys_getsr());
-    } catch (abi::__forced_unwind&) {
-        throw;
-    } catch (const Exception& exception) {
-        object_bug(asObject(x), "exception : %s", exception.what());
-    } catch (const std::bad_alloc& exception) {
-        object_bug(asObject(x), "out of memory : %s", exception.what());
-    } catch (...) {
-        object_bug(asObject(x), "unknown exception");
-    }
+    });
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 // velur.sfplay~: the entry point that the host calls once, on first use of the class.
+#include "external/KalviDspCommonMethods.h"
 #include "external/KalviDspCommonSymbols.h"
 #include "external/KalviDspDspObject.h"
 #include "external/KalviDspMaxMspExternal.h"
@@ -42,7 +43,9 @@ void ext_main(void* /*r*/)
     SetClassDictionaryConstructor(c);
     AddSfPlayDocumentationAttributes(c);
     AddSfPlayOptionAttributes(c);
-    // The service messages that every object of the package answers join the class here, before its own.
+    AddCommonMethods(c);
+    AddPostDspStatusMethod(c);
+    AddDumpMethod(c);
     AddDsp64Method(c, asMethod(SfPlayDsp64));
     AddPostDspStateMethod(c, asMethod(SfPlayPostDspState));
     AddAssistMethod(c, asMethod(SfPlayAssist));

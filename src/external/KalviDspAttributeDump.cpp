@@ -1,0 +1,95 @@
+#include "external/KalviDspAttributeDump.h"
+
+#include "external/KalviDspAttributeAtoms.h"
+#include "external/KalviDspAttributeNames.h"
+#include "external/KalviDspCommonSymbols.h"
+#include "external/KalviDspMaxErrorName.h"
+
+#include <algorithm>
+
+namespace vlk {
+namespace {
+
+t_atom symbolAtom(t_symbol* symbol)
+{
+    t_atom atom;
+    atom_setsym(&atom, symbol);
+    return atom;
+}
+
+// Writes "name atoms... ," to places from next on, never past capacity; the places written.
+long writeEntry(t_object* object, const String& name, t_atom* places, long next, long capacity)
+{
+    AttributeAtoms value;
+    const t_max_err result = value.fetch(object, gensym(name.c_str()));
+    if (result != MAX_ERR_NONE) {
+        object_bug(object, "DumpAllAttributes : %s in object_attr_getvalueof (%s)", GetMaxErrorName(result),
+                   name.c_str());
+        return 0;
+    }
+    if (value.isEmpty())
+        return 0;
+    Vector<t_atom> entry{symbolAtom(gensym(name.c_str()))};
+    for (long i = 0; i < value.count(); ++i) {
+        t_atom copy;
+        if (CopyStateAtom(value.atoms()[i], copy))
+            entry.push_back(copy);
+        else
+            object_warn(object, "unknown atom type in kalvimax_dumpattributes");
+    }
+    entry.push_back(symbolAtom(commonSymbols->comma));
+    // The value may have grown since it was counted: capacity keeps the writes inside the array.
+    const long written = std::min(static_cast<long>(entry.size()), capacity - next);
+    std::copy(entry.begin(), entry.begin() + written, places + next);
+    return written;
+}
+
+} // namespace
+
+void DumpAttribute(t_object* object, const char* name, void* outlet)
+{
+    if (outlet == nullptr) {
+        object_error(object, "no dump outlet");
+        return;
+    }
+    if (object_attr_get(object, gensym(name)) == nullptr) {
+        object_error(object, "no attribute %s", name);
+        return;
+    }
+    AttributeAtoms value;
+    const t_max_err result = value.fetch(object, gensym(name));
+    if (result != MAX_ERR_NONE)
+        object_bug(object, "DumpAttribute : %s in object_attr_getvalueof (%s)", GetMaxErrorName(result), name);
+    else if (!value.isEmpty())
+        outlet_anything(outlet, gensym(name), static_cast<short>(value.count()), value.atoms());
+}
+
+void DumpAllAttributes(t_object* object, void* outlet, const Vector<String>& names)
+{
+    if (outlet == nullptr) {
+        object_error(object, "no dump outlet");
+        return;
+    }
+    const long count = static_cast<long>(GetTotalNumberOfAtoms(object, names)) + 2 * static_cast<long>(names.size());
+    auto* atoms = reinterpret_cast<t_atom*>(sysmem_newptr(sizeof(t_atom) * static_cast<std::size_t>(count)));
+    long written = 0;
+    for (const String& name : names)
+        written += writeEntry(object, name, atoms, written, count);
+    if (written == count)
+        outlet_list(outlet, nullptr, static_cast<short>(count), atoms);
+    else
+        object_error(object, "%d atoms allocated but %d atoms dumped", static_cast<int>(count),
+                     static_cast<int>(written));
+    sysmem_freeptr(atoms);
+}
+
+void DumpAllAttributes(t_object* object, void* outlet)
+{
+    if (outlet == nullptr) {
+        object_error(object, "no dump outlet");
+        return;
+    }
+    DumpAllAttributes(object, outlet, GetStateAttributeNames(object));
+}
+
+} // namespace vlk

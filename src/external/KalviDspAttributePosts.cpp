@@ -1,0 +1,40 @@
+#include "external/KalviDspAttributePosts.h"
+
+#include "external/KalviDspAtomsToText.h"
+#include "external/KalviDspAttributeAtoms.h"
+#include "external/KalviDspAttributeNames.h"
+#include "external/KalviDspMaxErrorName.h"
+
+namespace vlk {
+
+void PostValueOfAttribute(t_object* object, const char* name)
+{
+    if (object_attr_get(object, gensym(name)) == nullptr) {
+        object_error(object, "no attribute %s", name);
+        return;
+    }
+    AttributeAtoms value;
+    const t_max_err result = value.fetch(object, gensym(name));
+    if (result != MAX_ERR_NONE)
+        object_bug(object, "PostValueOfAttribute : %s in object_attr_getvalueof (%s)", GetMaxErrorName(result),
+                   name);
+    else if (!value.isEmpty())
+        PostAtoms(object, value.count(), value.atoms(), name);
+}
+
+void PostAllAttributes(t_object* object)
+{
+    const Vector<String> names = GetStateAttributeNames(object);
+    object_post(object, "found %d attributes", static_cast<int>(names.size()));
+    for (const String& name : names)
+        PostValueOfAttribute(object, name.c_str());
+}
+
+void PostAtoms(t_object* object, long count, const t_atom* atoms, const char* name)
+{
+    String text;
+    AtomsToText(count, atoms, text);
+    object_post(object, "%s : %s", name, text.c_str());
+}
+
+} // namespace vlk
