@@ -1,18 +1,26 @@
 #include "external/KalviDspAttributeAtoms.h"
 
-namespace vlk {
+#include <new>
 
-AttributeAtoms::~AttributeAtoms()
-{
-    sysmem_freeptr(av);
-}
+namespace vlk {
 
 t_max_err AttributeAtoms::fetch(void* object, t_symbol* name)
 {
-    sysmem_freeptr(av);
+    values.reset();
     ac = 0;
-    av = nullptr;
-    return object_attr_getvalueof(object, name, &ac, &av);
+    t_atom* av = nullptr;
+    const t_max_err result = object_attr_getvalueof(object, name, &ac, &av);
+    values.reset(av);
+    return result;
+}
+
+AtomArray NewAtoms(long count, bool cleared)
+{
+    const t_ptr_size size = sizeof(t_atom) * static_cast<t_ptr_size>(count < 0 ? 0 : count);
+    AtomArray atoms(reinterpret_cast<t_atom*>(cleared ? sysmem_newptrclear(size) : sysmem_newptr(size)));
+    if (atoms == nullptr)
+        throw std::bad_alloc();
+    return atoms;
 }
 
 bool CopyStateAtom(const t_atom& from, t_atom& to)

@@ -71,16 +71,15 @@ void DumpAllAttributes(t_object* object, void* outlet, const Vector<String>& nam
         return;
     }
     const long count = static_cast<long>(GetTotalNumberOfAtoms(object, names)) + 2 * static_cast<long>(names.size());
-    auto* atoms = reinterpret_cast<t_atom*>(sysmem_newptr(sizeof(t_atom) * static_cast<std::size_t>(count)));
+    const AtomArray atoms = NewAtoms(count);
     long written = 0;
     for (const String& name : names)
-        written += writeEntry(object, name, atoms, written, count);
+        written += writeEntry(object, name, atoms.get(), written, count);
     if (written == count)
-        outlet_list(outlet, nullptr, static_cast<short>(count), atoms);
+        outlet_list(outlet, nullptr, static_cast<short>(count), atoms.get());
     else
         object_error(object, "%d atoms allocated but %d atoms dumped", static_cast<int>(count),
                      static_cast<int>(written));
-    sysmem_freeptr(atoms);
 }
 
 void DumpAllAttributes(t_object* object, void* outlet)

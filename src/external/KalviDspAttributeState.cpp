@@ -6,6 +6,8 @@
 #include "external/KalviDspHostBoundary.h"
 #include "external/KalviDspMaxErrorName.h"
 
+#include <algorithm>
+
 namespace vlk {
 namespace {
 
@@ -43,13 +45,12 @@ bool setAttributeFromRun(t_object* x, const String& name, const t_atom* av, long
     if (count == 0)
         return true;
     // Cleared, so that a place an unknown atom leaves is an empty atom rather than stale memory.
-    auto* values = reinterpret_cast<t_atom*>(sysmem_newptrclear(sizeof(t_atom) * static_cast<std::size_t>(count)));
+    const AtomArray values = NewAtoms(count, true);
     for (long place = 0; place < count; ++place) {
         // Tested before the read rather than after it: a setter that lengthened a later attribute would
         // otherwise read one atom past the caller's run.
         if (index >= total) {
             object_error(x, "error reading atoms in kalvimax_setvalueof");
-            sysmem_freeptr(values);
             return false;
         }
         if (CopyStateAtom(av[index], values[place]))
@@ -57,10 +58,9 @@ bool setAttributeFromRun(t_object* x, const String& name, const t_atom* av, long
         else
             object_warn(x, "unknown atom type in kalvimax_setvalueof");
     }
-    const t_max_err result = object_attr_setvalueof(x, gensym(name.c_str()), count, values);
+    const t_max_err result = object_attr_setvalueof(x, gensym(name.c_str()), count, values.get());
     if (result != MAX_ERR_NONE)
         object_error(x, "%s in object_attr_setvalueof %s", GetMaxErrorName(result), name.c_str());
-    sysmem_freeptr(values);
     return true;
 }
 
@@ -75,7 +75,7 @@ void getState(t_object* x, long* ac, t_atom** av)
     if (*ac > 0 && *av != nullptr) {
         object_warn(x, "kalvimax_getvalueof : memory passed in");
     } else {
-        *av = reinterpret_cast<t_atom*>(sysmem_newptr(sizeof(t_atom) * static_cast<std::size_t>(total)));
+        *av = NewAtoms(total).release();
         *ac = total;
     }
     // The caller's count bounds the writes into its own memory, which is not checked otherwise.
@@ -108,24 +108,22 @@ void storePreset(t_object* x)
 {
     const long total = GetTotalNumberOfAtoms(x, GetStateAttributeNames(x));
     const long count = total + 3;
-    auto* message = reinterpret_cast<t_atom*>(sysmem_newptr(sizeof(t_atom) * static_cast<std::size_t>(count)));
+    const AtomArray message = NewAtoms(count);
     atom_setobj(&message[0], x);
     atom_setsym(&message[1], object_classname(x));
     atom_setsym(&message[2], commonSymbols->recallpreset);
     long stateCount = 0;
-    t_atom* state = nullptr;
-    kalvimax_getvalueof(x, &stateCount, &state);
+    t_atom* stateAtoms = nullptr;
+    kalvimax_getvalueof(x, &stateCount, &stateAtoms);
+    const AtomArray state(stateAtoms);
     // A state of no atoms is refused too: there would be nothing to recall.
     if (stateCount < 1 || state == nullptr || stateCount != total) {
         object_error(x, "error in kalvimax_preset");
-    } else {
-        for (long i = 0; i < total; ++i)
-            message[3 + i] = state[i];
-        if (auto* binbuf = static_cast<t_binbuf*>(gensym("_preset")->s_thing))
-            binbuf_insert(binbuf, nullptr, static_cast<short>(count), message);
+        return;
     }
-    sysmem_freeptr(state);
-    sysmem_freeptr(message);
+    std::copy(state.get(), state.get() + total, message.get() + 3);
+    if (auto* binbuf = static_cast<t_binbuf*>(gensym("_preset")->s_thing))
+        binbuf_insert(binbuf, nullptr, static_cast<short>(count), message.get());
 }
 
 } // namespace

@@ -39,8 +39,8 @@ void setAttributeFromEntry(t_object* object, t_symbol* key, t_atom& entry)
     long ac = 0;
     t_atom* av = nullptr;
     atomarray_copyatoms(static_cast<t_atomarray*>(atom_getobj(&entry)), &ac, &av);
-    object_attr_setvalueof(object, key, ac, av);
-    sysmem_freeptr(av);
+    const AtomArray copy(av);
+    object_attr_setvalueof(object, key, ac, copy.get());
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "external/KalviDspJsonState.h"
 
+#include "external/KalviDspAttributeAtoms.h"
 #include "external/KalviDspMaxErrorName.h"
 #include "external/KalviDspMaxPaths.h"
 #include "text/KalviDspStringHelper.h"
@@ -42,8 +43,8 @@ String entryValue(t_atom& entry)
     long ac = 0;
     t_atom* av = nullptr;
     atomarray_copyatoms(static_cast<t_atomarray*>(atom_getobj(&entry)), &ac, &av);
-    AtomsToJsonValue(ac, av, value);
-    sysmem_freeptr(av);
+    const AtomArray copy(av);
+    AtomsToJsonValue(ac, copy.get(), value);
     return value;
 }
 
