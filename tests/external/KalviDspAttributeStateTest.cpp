@@ -3,6 +3,7 @@
 
 #include "external/KalviDspAttributeNames.h"
 #include "external/KalviDspAttributeState.h"
+#include "external/KalviDspCommonSymbols.h"
 
 #include <gtest/gtest.h>
 
@@ -53,6 +54,7 @@ struct Ordered
 
 TEST(AttributeNames, SortModesOrderTheHostsList)
 {
+    InitCommonSymbols();
     t_class* c = class_new("ordertest", nullptr, nullptr, sizeof(Ordered), nullptr, A_GIMME, 0);
     CLASS_ATTR_LONG(c, "beta", 0, Ordered, values[0]);
     CLASS_ATTR_ORDER(c, "beta", 0, "3");
