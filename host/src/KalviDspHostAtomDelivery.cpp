@@ -2,7 +2,7 @@
 
 #include "ext_sysmem.h"
 
-#include <cstring>
+#include <algorithm>
 
 namespace vlk::host {
 
@@ -13,7 +13,7 @@ t_max_err deliverAtoms(const std::vector<t_atom>& atoms, long* ac, t_atom** av)
     const long count = static_cast<long>(atoms.size());
     if (*ac > 0 && *av != nullptr) {
         const long written = count < *ac ? count : *ac;
-        std::memcpy(*av, atoms.data(), sizeof(t_atom) * static_cast<std::size_t>(written));
+        std::copy(atoms.begin(), atoms.begin() + written, *av);
         *ac = written;
         return MAX_ERR_NONE;
     }
@@ -22,7 +22,8 @@ t_max_err deliverAtoms(const std::vector<t_atom>& atoms, long* ac, t_atom** av)
         *ac = 0;
         return MAX_ERR_OUT_OF_MEM;
     }
-    std::memcpy(*av, atoms.data(), sizeof(t_atom) * atoms.size());
+    // An empty value has no array to copy from: std::copy, unlike memcpy, takes that.
+    std::copy(atoms.begin(), atoms.end(), *av);
     *ac = count;
     return MAX_ERR_NONE;
 }

@@ -1,5 +1,7 @@
 #include "external/KalviDspAttributeAtoms.h"
 
+#include "external/KalviDspMaxErrorName.h"
+
 #include <new>
 
 namespace vlk {
@@ -12,6 +14,23 @@ t_max_err AttributeAtoms::fetch(void* object, t_symbol* name)
     const t_max_err result = object_attr_getvalueof(object, name, &ac, &av);
     values.reset(av);
     return result;
+}
+
+bool AttributeAtoms::fetchOrReport(t_object* object, t_symbol* name, const char* operation)
+{
+    const t_max_err result = fetch(object, name);
+    if (result != MAX_ERR_NONE)
+        object_bug(object, "%s : %s in object_attr_getvalueof (%s)", operation, GetMaxErrorName(result),
+                   name->s_name);
+    return result == MAX_ERR_NONE;
+}
+
+bool HasAttributeOrReport(t_object* object, t_symbol* name)
+{
+    if (object_attr_get(object, name) != nullptr)
+        return true;
+    object_error(object, "no attribute %s", name->s_name);
+    return false;
 }
 
 AtomArray NewAtoms(long count, bool cleared)

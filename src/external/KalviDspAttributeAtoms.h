@@ -20,6 +20,8 @@ class AttributeAtoms
 public:
     // object_attr_getvalueof with the host allocating; its result. Frees what an earlier fetch held.
     t_max_err fetch(void* object, t_symbol* name);
+    // fetch; false on a fault, after the bug line "operation : ERROR in object_attr_getvalueof (name)".
+    bool fetchOrReport(t_object* object, t_symbol* name, const char* operation);
     long count() const { return ac; }
     t_atom* atoms() const { return values.get(); }
     // A count below 1 or no array: nothing to show or store.
@@ -29,6 +31,9 @@ private:
     long ac = 0;
     AtomArray values;
 };
+
+// False, after the error line "no attribute name", when the object has no such attribute.
+bool HasAttributeOrReport(t_object* object, t_symbol* name);
 
 // count atoms from sysmem_newptr, zeroed when asked; std::bad_alloc when the host has no memory, for the host
 // boundary to report.

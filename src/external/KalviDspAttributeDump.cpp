@@ -3,7 +3,6 @@
 #include "external/KalviDspAttributeAtoms.h"
 #include "external/KalviDspAttributeNames.h"
 #include "external/KalviDspCommonSymbols.h"
-#include "external/KalviDspMaxErrorName.h"
 
 #include <algorithm>
 
@@ -21,13 +20,7 @@ t_atom symbolAtom(t_symbol* symbol)
 long writeEntry(t_object* object, const String& name, t_atom* places, long next, long capacity)
 {
     AttributeAtoms value;
-    const t_max_err result = value.fetch(object, gensym(name.c_str()));
-    if (result != MAX_ERR_NONE) {
-        object_bug(object, "DumpAllAttributes : %s in object_attr_getvalueof (%s)", GetMaxErrorName(result),
-                   name.c_str());
-        return 0;
-    }
-    if (value.isEmpty())
+    if (!value.fetchOrReport(object, gensym(name.c_str()), "DumpAllAttributes") || value.isEmpty())
         return 0;
     Vector<t_atom> entry{symbolAtom(gensym(name.c_str()))};
     for (long i = 0; i < value.count(); ++i) {
@@ -52,15 +45,10 @@ void DumpAttribute(t_object* object, const char* name, void* outlet)
         object_error(object, "no dump outlet");
         return;
     }
-    if (object_attr_get(object, gensym(name)) == nullptr) {
-        object_error(object, "no attribute %s", name);
+    if (!HasAttributeOrReport(object, gensym(name)))
         return;
-    }
     AttributeAtoms value;
-    const t_max_err result = value.fetch(object, gensym(name));
-    if (result != MAX_ERR_NONE)
-        object_bug(object, "DumpAttribute : %s in object_attr_getvalueof (%s)", GetMaxErrorName(result), name);
-    else if (!value.isEmpty())
+    if (value.fetchOrReport(object, gensym(name), "DumpAttribute") && !value.isEmpty())
         outlet_anything(outlet, gensym(name), static_cast<short>(value.count()), value.atoms());
 }
 
@@ -70,7 +58,8 @@ void DumpAllAttributes(t_object* object, void* outlet, const Vector<String>& nam
         object_error(object, "no dump outlet");
         return;
     }
-    const long count = static_cast<long>(GetTotalNumberOfAtoms(object, names)) + 2 * static_cast<long>(names.size());
+    const long count =
+        static_cast<long>(GetTotalNumberOfAtoms(object, names)) + 2 * static_cast<long>(names.size());
     const AtomArray atoms = NewAtoms(count);
     long written = 0;
     for (const String& name : names)

@@ -14,8 +14,10 @@ namespace {
 // whatever qsort makes of it. glibc's qsort stays within the array whatever its comparison answers.
 int compareByOrder(const void* a, const void* b)
 {
-    const std::uint32_t orderA = MaxAttribute::FromAttributeObject(*static_cast<t_object* const*>(a)).GetOrder();
-    const std::uint32_t orderB = MaxAttribute::FromAttributeObject(*static_cast<t_object* const*>(b)).GetOrder();
+    const std::uint32_t orderA =
+        MaxAttribute::FromAttributeObject(*static_cast<t_object* const*>(a)).GetOrder();
+    const std::uint32_t orderB =
+        MaxAttribute::FromAttributeObject(*static_cast<t_object* const*>(b)).GetOrder();
     if (orderA == 0 || orderA > orderB)
         return 1;
     return orderA < orderB ? -1 : 0;
@@ -35,10 +37,10 @@ void sortByOrderAttribute(t_object* object, Vector<String>& names)
 bool isBoxAttribute(t_symbol* name)
 {
     const CommonSymbols& s = *commonSymbols;
-    for (t_symbol* boxName : {s.annotation, s.hidden, s.hint, s.ignoreclick, s.patching_rect,
-                              s.patching_position, s.patching_size, s.presentation, s.presentation_position,
-                              s.presentation_rect, s.presentation_size, s.varname, s.background,
-                              s.parameter_enable})
+    for (t_symbol* boxName :
+         {s.annotation, s.hidden, s.hint, s.ignoreclick, s.patching_rect, s.patching_position,
+          s.patching_size, s.presentation, s.presentation_position, s.presentation_rect, s.presentation_size,
+          s.varname, s.background, s.parameter_enable})
         if (name == boxName)
             return true;
     return false;
@@ -100,7 +102,8 @@ std::uint32_t GetNumberOfAtomsNeededToStoreAttribute(t_object* object, const cha
         return 0;
     }
     if (value.count() < 0) {
-        object_bug(object, "GetNumberOfAtomsNeededToStoreAttribute : error in object_attr_getvalueof %s (ac=%ld)",
+        object_bug(object,
+                   "GetNumberOfAtomsNeededToStoreAttribute : error in object_attr_getvalueof %s (ac=%ld)",
                    name, value.count());
         return 0;
     }

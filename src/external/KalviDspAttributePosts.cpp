@@ -3,22 +3,15 @@
 #include "external/KalviDspAtomsToText.h"
 #include "external/KalviDspAttributeAtoms.h"
 #include "external/KalviDspAttributeNames.h"
-#include "external/KalviDspMaxErrorName.h"
 
 namespace vlk {
 
 void PostValueOfAttribute(t_object* object, const char* name)
 {
-    if (object_attr_get(object, gensym(name)) == nullptr) {
-        object_error(object, "no attribute %s", name);
+    if (!HasAttributeOrReport(object, gensym(name)))
         return;
-    }
     AttributeAtoms value;
-    const t_max_err result = value.fetch(object, gensym(name));
-    if (result != MAX_ERR_NONE)
-        object_bug(object, "PostValueOfAttribute : %s in object_attr_getvalueof (%s)", GetMaxErrorName(result),
-                   name);
-    else if (!value.isEmpty())
+    if (value.fetchOrReport(object, gensym(name), "PostValueOfAttribute") && !value.isEmpty())
         PostAtoms(object, value.count(), value.atoms(), name);
 }
 

@@ -15,12 +15,8 @@ namespace {
 long storeAttribute(t_object* x, const String& name, t_atom* places, long next, long capacity)
 {
     AttributeAtoms value;
-    const t_max_err result = value.fetch(x, gensym(name.c_str()));
-    if (result != MAX_ERR_NONE) {
-        object_bug(x, "kalvimax_getvalueof : %s in object_attr_getvalueof (%s)", GetMaxErrorName(result),
-                   name.c_str());
+    if (!value.fetchOrReport(x, gensym(name.c_str()), "kalvimax_getvalueof"))
         return 0;
-    }
     if (value.count() < 0 || value.atoms() == nullptr) {
         // The arguments stand in the order of the format here, which they did not before: a count printed as
         // text would read an integer as a pointer.

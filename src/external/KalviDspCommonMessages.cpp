@@ -31,7 +31,6 @@ t_dictionary* dictionaryOfNamedAttributes(t_object* x, long argc, t_atom* argv)
     for (long i = 0; i < argc; ++i) {
         if (argv[i].a_type != A_SYM) {
             ReportInvalidMessage(x, argc, argv, "invalid message : dumpdict");
-            dictionary_clear(d);
             object_free(d);
             return nullptr;
         }
@@ -96,7 +95,8 @@ void kalvimax_dump(t_object* x, t_symbol* /*s*/, long argc, t_atom* argv)
 void kalvimax_dumpdict(t_object* x, t_symbol* /*s*/, long argc, t_atom* argv)
 {
     CallAtHostBoundary(x, errorWords, [&] {
-        t_dictionary* d = argc == 0 ? MakeDictionaryFromAttributes(x) : dictionaryOfNamedAttributes(x, argc, argv);
+        t_dictionary* d =
+            argc == 0 ? MakeDictionaryFromAttributes(x) : dictionaryOfNamedAttributes(x, argc, argv);
         if (d == nullptr)
             return;
         OutputDictionaryToDumpOutlet(x, d);
@@ -111,7 +111,8 @@ void kalvimax_exportdict(t_object* x, t_symbol* /*s*/, long argc, t_atom* argv)
         t_dictionary* d = MakeDictionaryFromAttributes(x);
         if (d == nullptr)
             return;
-        const String path = startsWithSymbol(argc, argv) ? String(argv[0].a_w.w_sym->s_name) : ChooseJsonFileToSave();
+        const String path =
+            startsWithSymbol(argc, argv) ? String(argv[0].a_w.w_sym->s_name) : ChooseJsonFileToSave();
         if (!path.empty())
             WriteDictionaryAsJson(x, d, path.c_str());
         object_free(d);

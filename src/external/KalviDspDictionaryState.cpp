@@ -49,18 +49,10 @@ void AppendAttributeToDictionary(t_object* object, t_dictionary* d, t_symbol* na
 {
     if (d == nullptr)
         return;
-    if (object_attr_get(object, name) == nullptr) {
-        object_error(object, "no attribute %s", name->s_name);
+    if (!HasAttributeOrReport(object, name))
         return;
-    }
     AttributeAtoms value;
-    const t_max_err result = value.fetch(object, name);
-    if (result != MAX_ERR_NONE) {
-        object_bug(object, "AppendAttributeToDictionary : %s in object_attr_getvalueof (%s)",
-                   GetMaxErrorName(result), name->s_name);
-        return;
-    }
-    if (value.isEmpty())
+    if (!value.fetchOrReport(object, name, "AppendAttributeToDictionary") || value.isEmpty())
         return;
     if (value.count() == 1) {
         appendOneAtom(object, d, name, value.atoms()[0]);

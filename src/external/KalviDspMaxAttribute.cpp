@@ -76,7 +76,8 @@ bool MaxAttribute::IsInvisible() const
     AttributeAtoms invisible;
     const t_max_err result = invisible.fetch(attribute, commonSymbols->invisible);
     if (isFault(result)) {
-        object_post(nullptr, "MaxAttribute::IsInvisible : %s in object_attr_getvalueof", GetMaxErrorName(result));
+        object_post(nullptr, "MaxAttribute::IsInvisible : %s in object_attr_getvalueof",
+                    GetMaxErrorName(result));
         return false;
     }
     if (invisible.isEmpty())

@@ -32,7 +32,8 @@ public:
     std::uint32_t GetOrder() const;
     // True when "invisible" is the long 1; 2 is not invisible.
     bool IsInvisible() const;
-    // The first atom of the sub-attribute as text, a float with two decimals; defaultValue when there is none.
+    // The first atom of the sub-attribute as text, a float with two decimals; defaultValue when there is
+    // none.
     String GetValueOf(t_symbol* subAttribute, const char* defaultValue) const;
     String GetLabel(const char* defaultValue) const;
     // The text of the label's first atom when that is a symbol: how a class keeps a text of its own.

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <optional>
 
 namespace vlk {
 namespace {
@@ -66,8 +67,8 @@ String accessText(const MaxAttribute& attribute)
     const long flags = attribute.GetFlags();
     return String("name=\"") + attribute.GetName()->s_name + "\" get=\"" +
            ((flags & ATTR_GET_OPAQUE_USER) != 0 ? "0" : "1") + "\" set=\"" +
-           ((flags & ATTR_SET_OPAQUE_USER) != 0 ? "0" : "1") + "\" type=\"" + pageTypeName(attribute.GetType()) +
-           "\"";
+           ((flags & ATTR_SET_OPAQUE_USER) != 0 ? "0" : "1") + "\" type=\"" +
+           pageTypeName(attribute.GetType()) + "\"";
 }
 
 String trimmedAtEnd(String text)
@@ -108,19 +109,29 @@ void writeSubAttributes(std::ostream& out, const MaxAttribute& attribute)
     }
 }
 
+// An entry's <digest> and <description> at three tabs; no digest leaves the pair of tags empty.
+void writeEntryTexts(std::ostream& out, const std::optional<String>& digest, const String& description,
+                     int descriptionTabs)
+{
+    writeLine(out, 3, "<digest>");
+    if (digest)
+        writeLine(out, 4, *digest);
+    writeLine(out, 3, "</digest>");
+    writeLine(out, 3, "<description>");
+    writeLine(out, descriptionTabs, description);
+    writeLine(out, 3, "</description>");
+}
+
 void writeNamedList(std::ostream& out, const char* comment, const char* list, const char* item,
                     const Vector<String>& names)
 {
     writeLine(out, 1, String("<!--") + comment + "-->");
     writeLine(out, 1, String("<") + list + ">");
     for (std::size_t i = 0; i < names.size(); ++i) {
-        writeLine(out, 2, String("<") + item + " id=\"" + toString(static_cast<unsigned long>(i)) + "\" name=\"" +
-                              names[i] + "\">");
-        writeLine(out, 3, "<digest>");
-        writeLine(out, 3, "</digest>");
-        writeLine(out, 3, "<description>");
-        writeLine(out, 4, names[i]);
-        writeLine(out, 3, "</description>");
+        writeLine(out, 2,
+                  String("<") + item + " id=\"" + toString(static_cast<unsigned long>(i)) + "\" name=\"" +
+                      names[i] + "\">");
+        writeEntryTexts(out, std::nullopt, names[i], 4);
         writeLine(out, 2, String("</") + item + ">");
     }
     writeLine(out, 1, String("</") + list + ">");
@@ -205,7 +216,8 @@ void MaxXmlDocumentation::WriteMetadata(std::ostream& out) const
 {
     writeLine(out, 1, "<!--METADATA-->");
     writeLine(out, 1, "<metadatalist>");
-    const String entries[][2] = {{"author", author}, {"copyright", copyright}, {"version", GetExternalVersion()}};
+    const String entries[][2] = {
+        {"author", author}, {"copyright", copyright}, {"version", GetExternalVersion()}};
     for (const auto& [name, value] : entries) {
         writeLine(out, 2, "<metadata name=\"" + name + "\">");
         writeLine(out, 2, value);
@@ -238,11 +250,7 @@ void MaxXmlDocumentation::WriteArguments(std::ostream& out) const
     writeLine(out, 1, "<objarglist>");
     for (std::size_t i = 0; i < names.size(); ++i) {
         writeLine(out, 2, "<objarg name=\"" + names[i] + "\" type=\"" + types[i] + "\" optional=\"1\"> ");
-        writeLine(out, 3, "<digest>");
-        writeLine(out, 3, "</digest>");
-        writeLine(out, 3, "<description>");
-        writeLine(out, 3, descriptions[i]);
-        writeLine(out, 3, "</description>");
+        writeEntryTexts(out, std::nullopt, descriptions[i], 3);
         writeLine(out, 2, "</objarg>");
     }
     writeLine(out, 1, "</objarglist>");
@@ -268,12 +276,7 @@ void MaxXmlDocumentation::writeAttribute(std::ostream& out, const String& name) 
     const MaxAttribute attribute(object, name.c_str());
     const String label = attribute.GetLabel("");
     writeLine(out, 2, "<attribute " + accessText(attribute) + " size=\"1\">");
-    writeLine(out, 3, "<digest>");
-    writeLine(out, 4, label);
-    writeLine(out, 3, "</digest>");
-    writeLine(out, 3, "<description>");
-    writeLine(out, 4, attribute.GetValueOf(commonSymbols->description, label.c_str()));
-    writeLine(out, 3, "</description>");
+    writeEntryTexts(out, label, attribute.GetValueOf(commonSymbols->description, label.c_str()), 4);
     writeLine(out, 3, "<attributelist>");
     writeSubAttributes(out, attribute);
     writeLine(out, 3, "</attributelist>");
@@ -292,14 +295,11 @@ void MaxXmlDocumentation::WriteMessages(std::ostream& out) const
         writeLine(out, 2, "<method name=\"" + method.name + "\">");
         writeLine(out, 3, "<arglist>");
         for (std::size_t i = 1; i < method.argumentNames.size(); ++i)
-            writeLine(out, 4, "<arg name=\"" + method.argumentNames[i] + "\" type=\"" + method.argumentTypes[i] +
-                                  "\" optional=\"0\" id=\"0\" />");
+            writeLine(out, 4,
+                      "<arg name=\"" + method.argumentNames[i] + "\" type=\"" + method.argumentTypes[i] +
+                          "\" optional=\"0\" id=\"0\" />");
         writeLine(out, 3, "</arglist>");
-        writeLine(out, 3, "<digest>");
-        writeLine(out, 3, "</digest>");
-        writeLine(out, 3, "<description>");
-        writeLine(out, 4, method.description);
-        writeLine(out, 3, "</description>");
+        writeEntryTexts(out, std::nullopt, method.description, 4);
         writeLine(out, 2, "</method>");
     }
     writeLine(out, 1, "</methodlist>");

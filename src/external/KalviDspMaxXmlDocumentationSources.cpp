@@ -103,9 +103,10 @@ void MaxXmlDocumentation::getObjectMethodsDescription(Vector<MethodDescription>&
 {
     methods.clear();
     t_object* classDescription = findClassDescription("getObjectMethodsDescription");
-    auto* dictionary = classDescription == nullptr ? nullptr
-                                                   : reinterpret_cast<t_dictionary*>(object_attr_getobj(
-                                                         classDescription, gensym("methods")));
+    auto* dictionary =
+        classDescription == nullptr
+            ? nullptr
+            : reinterpret_cast<t_dictionary*>(object_attr_getobj(classDescription, gensym("methods")));
     if (dictionary == nullptr)
         return;
     long numKeys = 0;

@@ -39,7 +39,8 @@ struct StateTest : ::testing::Test
 
 TEST_F(StateTest, TheStateIsTheVisibleUserAttributesWithAtomsInAlphabeticalOrder)
 {
-    EXPECT_EQ(GetStateAttributeNames(x), (Vector<String>{"alpha", "beta", "delta", "gamma", "grow", "twice"}));
+    EXPECT_EQ(GetStateAttributeNames(x),
+              (Vector<String>{"alpha", "beta", "delta", "gamma", "grow", "twice"}));
     object->zetaLength = 2;
     EXPECT_EQ(GetStateAttributeNames(x),
               (Vector<String>{"alpha", "beta", "delta", "gamma", "grow", "twice", "zeta"}));
@@ -55,13 +56,17 @@ struct Ordered
 TEST(AttributeNames, SortModesOrderTheHostsList)
 {
     InitCommonSymbols();
-    t_class* c = class_new("ordertest", nullptr, nullptr, sizeof(Ordered), nullptr, A_GIMME, 0);
-    CLASS_ATTR_LONG(c, "beta", 0, Ordered, values[0]);
-    CLASS_ATTR_ORDER(c, "beta", 0, "3");
-    CLASS_ATTR_LONG(c, "gamma", 0, Ordered, values[1]);
-    CLASS_ATTR_ORDER(c, "gamma", 0, "1");
-    CLASS_ATTR_LONG(c, "alpha", 0, Ordered, values[2]);
-    CLASS_ATTR_ORDER(c, "alpha", 0, "2");
+    // Classes live as long as the process, as in the host.
+    static t_class* c = [] {
+        t_class* made = class_new("ordertest", nullptr, nullptr, sizeof(Ordered), nullptr, A_GIMME, 0);
+        CLASS_ATTR_LONG(made, "beta", 0, Ordered, values[0]);
+        CLASS_ATTR_ORDER(made, "beta", 0, "3");
+        CLASS_ATTR_LONG(made, "gamma", 0, Ordered, values[1]);
+        CLASS_ATTR_ORDER(made, "gamma", 0, "1");
+        CLASS_ATTR_LONG(made, "alpha", 0, Ordered, values[2]);
+        CLASS_ATTR_ORDER(made, "alpha", 0, "2");
+        return made;
+    }();
     auto* x = static_cast<t_object*>(object_alloc(c));
     const std::pair<AttributeSortMode, Vector<String>> cases[] = {
         {AttributeSortMode::Unsorted, {"beta", "gamma", "alpha"}},
@@ -143,7 +148,8 @@ TEST_F(StateTest, TooSmallACallersMemoryIsNotOverrun)
     ConsoleCapture console;
     kalvimax_getvalueof(x, &ac, &av);
     EXPECT_EQ(atom_getlong(&memory[2]), -5);
-    EXPECT_EQ(console.lines().back(), "error: statetest: 8 atoms allocated but 2 atoms stored by the pattrstorage");
+    EXPECT_EQ(console.lines().back(),
+              "error: statetest: 8 atoms allocated but 2 atoms stored by the pattrstorage");
 }
 
 TEST_F(StateTest, PresetAppendsARecallMessageToTheBoundBinbuf)

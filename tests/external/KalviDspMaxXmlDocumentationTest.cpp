@@ -28,8 +28,8 @@ struct Documented
 
 void addDocumentation(t_class* c, const char* name, std::size_t offset, const char* labelFormat, t_atom label)
 {
-    class_addattr(c, attr_offset_new(name, gensym("symbol"), ATTR_GET_OPAQUE_USER | ATTR_SET_OPAQUE_USER, nullptr,
-                                     nullptr, static_cast<long>(offset)));
+    class_addattr(c, attr_offset_new(name, gensym("symbol"), ATTR_GET_OPAQUE_USER | ATTR_SET_OPAQUE_USER,
+                                     nullptr, nullptr, static_cast<long>(offset)));
     CLASS_ATTR_INVISIBLE(c, name, 0);
     class_attr_addattr_atoms(c, name, "label", gensym(labelFormat), 0, 1, &label);
 }
@@ -50,7 +50,8 @@ t_object* newDocumentedObject()
         t_class* made = class_new("pagetest", nullptr, nullptr, sizeof(Documented), nullptr, A_GIMME, 0);
         addDocumentation(made, "classdescription", offsetof(Documented, classdescription), "symbol",
                          symbolAtom("pagetest plays; pagetestlike words <m>follow</m>"));
-        addDocumentation(made, "classdigest", offsetof(Documented, classdigest), "symbol", symbolAtom("a page"));
+        addDocumentation(made, "classdigest", offsetof(Documented, classdigest), "symbol",
+                         symbolAtom("a page"));
         addDocumentation(made, "classseealso", offsetof(Documented, classseealso), "symbol",
                          symbolAtom("a, b,c"));
         t_atom version;
@@ -116,10 +117,10 @@ TEST_F(PageTest, TheHeaderTheClassTextsAndTheMetadata)
     const Lines lines = linesOf(path);
     EXPECT_EQ(block(lines, lines.at(0), 14),
               (Lines{"<?xml version=\"1.0\" encoding=\"utf-8\" standalone=\"yes\"?>", "",
-                     "<?xml-stylesheet href=\"style.xsl\" type=\"text/xsl\"?>", "", "<c74object name=\"pagetest\">",
-                     "\t<digest>", "\t\ta page", "\t</digest>", "\t<description>",
-                     "\t\t<o>pagetest</o> plays; <o>pagetest</o>like words <m>follow</m>", "\t</description>", "",
-                     "\t<!--METADATA-->", "\t<metadatalist>"}));
+                     "<?xml-stylesheet href=\"style.xsl\" type=\"text/xsl\"?>", "",
+                     "<c74object name=\"pagetest\">", "\t<digest>", "\t\ta page", "\t</digest>",
+                     "\t<description>", "\t\t<o>pagetest</o> plays; <o>pagetest</o>like words <m>follow</m>",
+                     "\t</description>", "", "\t<!--METADATA-->", "\t<metadatalist>"}));
     EXPECT_EQ(block(lines, "\t\t<metadata name=\"copyright\">", 6),
               (Lines{"\t\t<metadata name=\"copyright\">", "\t\t(c) someone", "\t\t</metadata>",
                      "\t\t<metadata name=\"version\">", "\t\tunknown version", "\t\t</metadata>"}));
@@ -130,14 +131,15 @@ TEST_F(PageTest, AttributesShowTheirSubAttributesAsText)
 {
     const Lines lines = linesOf(path);
     // A description of no atoms gives way to the label.
-    EXPECT_EQ(block(lines, "\t\t<attribute name=\"rate\" get=\"1\" set=\"1\" type=\"float\" size=\"1\">", 14),
-              (Lines{"\t\t<attribute name=\"rate\" get=\"1\" set=\"1\" type=\"float\" size=\"1\">", "\t\t\t<digest>",
-                     "\t\t\t\tthe rate", "\t\t\t</digest>", "\t\t\t<description>", "\t\t\t\tthe rate",
-                     "\t\t\t</description>", "\t\t\t<attributelist>",
-                     "\t\t\t\t<attribute name=\"label\" get=\"1\" set=\"1\" type=\"symbol\" value=\"the rate\" />",
-                     "\t\t\t\t<attribute name=\"maxvalue\" get=\"1\" set=\"1\" type=\"float\" value=\"1.50\" />",
-                     "\t\t\t\t<attribute name=\"minvalue\" get=\"1\" set=\"1\" type=\"int\" value=\"500\" />",
-                     "\t\t\t</attributelist>", "\t\t</attribute>", ""}));
+    EXPECT_EQ(
+        block(lines, "\t\t<attribute name=\"rate\" get=\"1\" set=\"1\" type=\"float\" size=\"1\">", 14),
+        (Lines{"\t\t<attribute name=\"rate\" get=\"1\" set=\"1\" type=\"float\" size=\"1\">",
+               "\t\t\t<digest>", "\t\t\t\tthe rate", "\t\t\t</digest>", "\t\t\t<description>",
+               "\t\t\t\tthe rate", "\t\t\t</description>", "\t\t\t<attributelist>",
+               "\t\t\t\t<attribute name=\"label\" get=\"1\" set=\"1\" type=\"symbol\" value=\"the rate\" />",
+               "\t\t\t\t<attribute name=\"maxvalue\" get=\"1\" set=\"1\" type=\"float\" value=\"1.50\" />",
+               "\t\t\t\t<attribute name=\"minvalue\" get=\"1\" set=\"1\" type=\"int\" value=\"500\" />",
+               "\t\t\t</attributelist>", "\t\t</attribute>", ""}));
     EXPECT_NE(std::find(lines.begin(), lines.end(),
                         "\t\t\t\t<attribute name=\"enumvals\" get=\"1\" set=\"1\" type=\"unknown\" "
                         "value=\"sine square saw\" />"),
@@ -149,13 +151,28 @@ TEST_F(PageTest, MessagesListTheirRealArgumentsAndTheSeeAlsoIsSplitAtCommas)
 {
     const Lines lines = linesOf(path);
     EXPECT_EQ(block(lines, "\t\t<method name=\"start\">", 22),
-              (Lines{"\t\t<method name=\"start\">", "\t\t\t<arglist>",
+              (Lines{"\t\t<method name=\"start\">",
+                     "\t\t\t<arglist>",
                      "\t\t\t\t<arg name=\"delay\" type=\"float\" optional=\"0\" id=\"0\" />",
-                     "\t\t\t\t<arg name=\"from\" type=\"symbol\" optional=\"0\" id=\"0\" />", "\t\t\t</arglist>",
-                     "\t\t\t<digest>", "\t\t\t</digest>", "\t\t\t<description>", "\t\t\t\tstarts <m>now</m>",
-                     "\t\t\t</description>", "\t\t</method>", "\t\t<method name=\"stop\">", "\t\t\t<arglist>",
-                     "\t\t\t</arglist>", "\t\t\t<digest>", "\t\t\t</digest>", "\t\t\t<description>",
-                     "\t\t\t\tstops", "\t\t\t</description>", "\t\t</method>", "\t</methodlist>", ""}));
+                     "\t\t\t\t<arg name=\"from\" type=\"symbol\" optional=\"0\" id=\"0\" />",
+                     "\t\t\t</arglist>",
+                     "\t\t\t<digest>",
+                     "\t\t\t</digest>",
+                     "\t\t\t<description>",
+                     "\t\t\t\tstarts <m>now</m>",
+                     "\t\t\t</description>",
+                     "\t\t</method>",
+                     "\t\t<method name=\"stop\">",
+                     "\t\t\t<arglist>",
+                     "\t\t\t</arglist>",
+                     "\t\t\t<digest>",
+                     "\t\t\t</digest>",
+                     "\t\t\t<description>",
+                     "\t\t\t\tstops",
+                     "\t\t\t</description>",
+                     "\t\t</method>",
+                     "\t</methodlist>",
+                     ""}));
     EXPECT_EQ(block(lines, "\t<!--SEEALSO-->", 7),
               (Lines{"\t<!--SEEALSO-->", "\t<seealsolist>", "\t\t<seealso name=\"a\" />",
                      "\t\t<seealso name=\"b\" />", "\t\t<seealso name=\"c\" />", "\t</seealsolist>", ""}));

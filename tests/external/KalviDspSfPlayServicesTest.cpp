@@ -39,8 +39,9 @@ std::string contents(const std::string& path)
 // By an independent parser: Python's.
 bool parsesAsXml(const std::string& path)
 {
-    const std::string command = "python3 -c 'import sys, xml.dom.minidom; xml.dom.minidom.parse(sys.argv[1])' " +
-                                quoted(path) + " 2>/dev/null";
+    const std::string command =
+        "python3 -c 'import sys, xml.dom.minidom; xml.dom.minidom.parse(sys.argv[1])' " + quoted(path) +
+        " 2>/dev/null";
     return std::system(command.c_str()) == 0;
 }
 
@@ -71,7 +72,8 @@ TEST(SfPlayServices, PostAttributesPostsAllOrOneAndRefusesOtherForms)
                            "postattributes 3\n"),
               (Lines{post + "found 6 attributes", post + "automute : 20. ", post + "buffersize : 480000 ",
                      post + "bypass : 0 ", post + "loop : 0 ", post + "mute : 0 ", post + "numchannels : 2 ",
-                     post + "loop : 0 ", error + "no attribute foo", error + "invalid message : postattributes a b ",
+                     post + "loop : 0 ", error + "no attribute foo",
+                     error + "invalid message : postattributes a b ",
                      error + "invalid message : postattributes 3 "}));
 }
 
@@ -90,15 +92,17 @@ TEST(SfPlayServices, GetValueOfAndSetValueOfCarryTheStateInAlphabeticalOrder)
                            "!state set 1 2 3 4 5 6 7\n!state get\n"),
               (Lines{"state: 20. 480000 0 0 0 2", "state: 0.1 480000 1 1 0 2",
                      error + "setvalueof error (received 2 atoms. 6 atoms were expected)",
-                     error + "setvalueof error (received 7 atoms. 6 atoms were expected)", "state: 0.1 480000 1 1 0 2"}));
+                     error + "setvalueof error (received 7 atoms. 6 atoms were expected)",
+                     "state: 0.1 480000 1 1 0 2"}));
 }
 
 // numchannels comes last: everything before it is set through its setter and clip when it is refused.
 TEST(SfPlayServices, SetValueOfSetsTheEarlierAttributesWhenTheLateNumChannelsIsRefused)
 {
     ScratchFolder scratch;
-    EXPECT_EQ(run(scratch, "!state set 600 480000 0 1 7 8\n!state get\n"),
-              (Lines{error + "could not dynamically change number of channels", "state: 500. 480000 0 1 1 2"}));
+    EXPECT_EQ(
+        run(scratch, "!state set 600 480000 0 1 7 8\n!state get\n"),
+        (Lines{error + "could not dynamically change number of channels", "state: 500. 480000 0 1 1 2"}));
 }
 
 TEST(SfPlayServices, APresetIsRecalledThroughRecallPreset)
@@ -106,7 +110,8 @@ TEST(SfPlayServices, APresetIsRecalledThroughRecallPreset)
     ScratchFolder scratch;
     EXPECT_EQ(run(scratch, "loop 1\nautomute 3.5\n!preset store\nloop 0\nautomute 1\n!preset recall\n"
                            "!state get\nrecallpreset 1 2\n"),
-              (Lines{"state: 3.5 480000 0 1 0 2", error + "setvalueof error (received 2 atoms. 6 atoms were expected)"}));
+              (Lines{"state: 3.5 480000 0 1 0 2",
+                     error + "setvalueof error (received 2 atoms. 6 atoms were expected)"}));
 }
 
 TEST(SfPlayServices, DumpDictSendsTheStateOrTheNamedAttributesAsADictionary)
@@ -124,8 +129,10 @@ TEST(SfPlayServices, ExportDictWritesTheJsonTextToTheGivenOrChosenPath)
     ScratchFolder scratch;
     const std::string given = scratch.path() + "/given.json";
     const std::string chosen = scratch.path() + "/chosen.json";
-    EXPECT_EQ(run(scratch, "exportdict " + given + "\n!dialog " + chosen + "\nexportdict 5\n!dialog cancel\n"
-                           "exportdict\nexportdict " + scratch.path() + "/missing/folder/x.json\n"),
+    EXPECT_EQ(run(scratch, "exportdict " + given + "\n!dialog " + chosen +
+                               "\nexportdict 5\n!dialog cancel\n"
+                               "exportdict\nexportdict " +
+                               scratch.path() + "/missing/folder/x.json\n"),
               Lines{});
     EXPECT_EQ(contents(given), defaultStateJson);
     EXPECT_EQ(contents(chosen), defaultStateJson);
@@ -134,20 +141,22 @@ TEST(SfPlayServices, ExportDictWritesTheJsonTextToTheGivenOrChosenPath)
 TEST(SfPlayServices, DictionarySetsAttributesThroughTheirSettersAndClips)
 {
     ScratchFolder scratch;
-    EXPECT_EQ(run(scratch, "!dict scene loop 1 automute 600 numchannels 5 bypass 1\ndictionary scene\n"
-                           "dictionary elsewhere\n!state get\n"),
-              (Lines{error + "could not dynamically change number of channels",
-                     error + "unable to reference dictionary named elsewhere", "state: 500. 480000 1 1 0 2"}));
+    EXPECT_EQ(
+        run(scratch, "!dict scene loop 1 automute 600 numchannels 5 bypass 1\ndictionary scene\n"
+                     "dictionary elsewhere\n!state get\n"),
+        (Lines{error + "could not dynamically change number of channels",
+               error + "unable to reference dictionary named elsewhere", "state: 500. 480000 1 1 0 2"}));
 }
 
 TEST(SfPlayServices, PostDspStatusSaysMutedBeforeBypassed)
 {
     ScratchFolder scratch;
-    EXPECT_EQ(run(scratch, "postdspstatus\n!dsp on\nbypass 1\npostdspstatus\nmute 1\npostdspstatus\nmute 0\n"
-                           "bypass 0\n!disable 1\npostdspstatus\n"),
-              (Lines{post + "dsp processing is enabled", post + "dsp is off", post + "dsp processing is bypassed",
-                     post + "dsp is on", post + "dsp processing is muted", post + "dsp is on",
-                     post + "dsp processing is muted", post + "dsp is on"}));
+    EXPECT_EQ(
+        run(scratch, "postdspstatus\n!dsp on\nbypass 1\npostdspstatus\nmute 1\npostdspstatus\nmute 0\n"
+                     "bypass 0\n!disable 1\npostdspstatus\n"),
+        (Lines{post + "dsp processing is enabled", post + "dsp is off", post + "dsp processing is bypassed",
+               post + "dsp is on", post + "dsp processing is muted", post + "dsp is on",
+               post + "dsp processing is muted", post + "dsp is on"}));
 }
 
 TEST(SfPlayServices, GenerateXmlWritesTheReferencePageIntoTheHomeFolder)

@@ -21,7 +21,8 @@ t_class* stateTestClass()
 {
     static t_class* c = [] {
         InitCommonSymbols();
-        t_class* made = class_new("statetest", nullptr, nullptr, sizeof(StateTestObject), nullptr, A_GIMME, 0);
+        t_class* made =
+            class_new("statetest", nullptr, nullptr, sizeof(StateTestObject), nullptr, A_GIMME, 0);
         CLASS_ATTR_LONG(made, "alpha", 0, StateTestObject, alpha);
         CLASS_ATTR_FLOAT(made, "beta", 0, StateTestObject, beta);
         CLASS_ATTR_DOUBLE_ARRAY(made, "delta", 0, StateTestObject, delta, 3);
@@ -55,7 +56,8 @@ t_object* newStatelessTestObject()
 {
     static t_class* c = [] {
         InitCommonSymbols();
-        t_class* made = class_new("statelesstest", nullptr, nullptr, sizeof(StateTestObject), nullptr, A_GIMME, 0);
+        t_class* made =
+            class_new("statelesstest", nullptr, nullptr, sizeof(StateTestObject), nullptr, A_GIMME, 0);
         CLASS_ATTR_LONG(made, "hiddenvalue", 0, StateTestObject, hiddenvalue);
         CLASS_ATTR_INVISIBLE(made, "hiddenvalue", 0);
         return made;
