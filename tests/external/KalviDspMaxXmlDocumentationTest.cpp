@@ -102,12 +102,14 @@ struct PageTest : ::testing::Test
     {
         setenv("HOME", scratch.path().c_str(), 1);
         unsetenv("home");
-        // What stands there is replaced.
-        scratch.write("pagetest.maxref.xml", "an older page, longer than the new one will be at its start");
+        // What stands there is replaced, also where it is longer than the new page.
+        scratch.write("pagetest.maxref.xml", std::string(20000, 'x'));
         const AttributeSortMode mode = AttributeSortMode::Alphabetical;
+        host::test::ConsoleCapture console;
         testing::internal::CaptureStderr();
         MaxXmlDocumentation().GenerateXmlDocumentation(x, "style.xsl", &mode, "(c) someone");
         diagnostics = testing::internal::GetCapturedStderr();
+        EXPECT_EQ(console.lines(), Lines{"post: pagetest: documentation generated in " + path});
     }
     ~PageTest() override { object_free(x); }
 };
