@@ -3,7 +3,6 @@
 #include "external/KalviDspAttributeAtoms.h"
 #include "external/KalviDspCommonSymbols.h"
 #include "external/KalviDspMaxAttribute.h"
-#include "external/KalviDspMaxErrorName.h"
 
 #include <cstdlib>
 
@@ -23,12 +22,15 @@ int compareByOrder(const void* a, const void* b)
     return orderA < orderB ? -1 : 0;
 }
 
+// A name the host lists without an attribute behind it has no order to be sorted by: it is left out.
 void sortByOrderAttribute(t_object* object, Vector<String>& names)
 {
-    Vector<t_object*> attributes(names.size());
-    for (std::size_t i = 0; i < names.size(); ++i)
-        attributes[i] = static_cast<t_object*>(object_attr_get(object, gensym(names[i].c_str())));
+    Vector<t_object*> attributes;
+    for (const String& name : names)
+        if (auto* attribute = static_cast<t_object*>(object_attr_get(object, gensym(name.c_str()))))
+            attributes.push_back(attribute);
     std::qsort(attributes.data(), attributes.size(), sizeof(t_object*), compareByOrder);
+    names.resize(attributes.size());
     for (std::size_t i = 0; i < names.size(); ++i)
         names[i] = MaxAttribute::FromAttributeObject(attributes[i]).GetName()->s_name;
 }
@@ -95,12 +97,8 @@ Vector<String> GetStateAttributeNames(t_object* object)
 std::uint32_t GetNumberOfAtomsNeededToStoreAttribute(t_object* object, const char* name)
 {
     AttributeAtoms value;
-    const t_max_err result = value.fetch(object, gensym(name));
-    if (result != MAX_ERR_NONE) {
-        object_bug(object, "GetNumberOfAtomsNeededToStoreAttribute : %s in object_attr_getvalueof (%s)",
-                   GetMaxErrorName(result), name);
+    if (!value.fetchOrReport(object, gensym(name), "GetNumberOfAtomsNeededToStoreAttribute"))
         return 0;
-    }
     if (value.count() < 0) {
         object_bug(object,
                    "GetNumberOfAtomsNeededToStoreAttribute : error in object_attr_getvalueof %s (ac=%ld)",
