@@ -1,24 +1,11 @@
 #include "threads/KalviDspWaitableEvent.h"
 
+#include <cerrno>
 #include <time.h>
 
 namespace vlk {
 
 namespace {
-
-// Unlocks on every way out of a wait, the forced unwinding of a cancelled thread included: a cancelled
-// pthread_cond_wait takes the mutex back before the thread unwinds.
-class MutexUnlocker
-{
-public:
-    explicit MutexUnlocker(pthread_mutex_t& mutex) : mutex(mutex) {}
-    ~MutexUnlocker() { pthread_mutex_unlock(&mutex); }
-    MutexUnlocker(const MutexUnlocker&) = delete;
-    MutexUnlocker& operator=(const MutexUnlocker&) = delete;
-
-private:
-    pthread_mutex_t& mutex;
-};
 
 timespec getDeadlineAfter(int timeoutMilliseconds)
 {
@@ -37,44 +24,38 @@ timespec getDeadlineAfter(int timeoutMilliseconds)
 
 WaitableEvent::WaitableEvent()
 {
-    // The monotonic clock, so that setting the wall clock neither stretches nor cuts a wait short.
-    pthread_condattr_t attributes;
-    pthread_condattr_init(&attributes);
-    pthread_condattr_setclock(&attributes, CLOCK_MONOTONIC);
-    pthread_cond_init(&condition, &attributes);
-    pthread_condattr_destroy(&attributes);
-    pthread_mutex_init(&mutex, nullptr);
+    sem_init(&semaphore, 0, 0);
 }
 
 WaitableEvent::~WaitableEvent()
 {
-    pthread_cond_destroy(&condition);
-    pthread_mutex_destroy(&mutex);
+    sem_destroy(&semaphore);
 }
 
+// Both waits are cancellation points. The monotonic clock, so that setting the wall clock neither stretches
+// nor cuts a wait short; an interrupted wait sleeps again.
 bool WaitableEvent::wait(int timeoutMilliseconds)
 {
-    pthread_mutex_lock(&mutex);
-    const MutexUnlocker unlocker(mutex);
-    // The loops sleep again after a spurious wake-up, which would otherwise end a wait early.
+    int result = 0;
     if (timeoutMilliseconds < 0) {
-        while (!triggered)
-            pthread_cond_wait(&condition, &mutex);
+        while ((result = sem_wait(&semaphore)) != 0 && errno == EINTR) {
+        }
     } else {
         const timespec deadline = getDeadlineAfter(timeoutMilliseconds);
-        while (!triggered && pthread_cond_timedwait(&condition, &mutex, &deadline) == 0) {
+        while ((result = sem_clockwait(&semaphore, CLOCK_MONOTONIC, &deadline)) != 0 && errno == EINTR) {
         }
     }
-    triggered = false;
+    // Cleared only with the count taken, so that flag and count agree. A signal that comes between the
+    // wake-up and this line counts with the one that woke the wait.
+    if (result == 0)
+        triggered.store(false, std::memory_order_release);
     return true;
 }
 
 void WaitableEvent::signal()
 {
-    pthread_mutex_lock(&mutex);
-    triggered = true;
-    pthread_cond_signal(&condition);
-    pthread_mutex_unlock(&mutex);
+    if (!triggered.exchange(true, std::memory_order_acq_rel))
+        sem_post(&semaphore);
 }
 
 } // namespace vlk
