@@ -36,7 +36,8 @@ const char* Options::usage()
            "!connect [I...], !disconnect [I...], !run DURATION, !wait DURATION (500ms, 2s, 1024 samples, "
            "8v),\n"
            "!dialog cancel|PATH, !disable 0|1, !dict NAME KEY VALUE..., !preset store|recall,\n"
-           "!state get|set ATOMS, !assist inlet|outlet N (1-based). # starts a comment.\n";
+           "!state get|set ATOMS, !assist inlet|outlet N (1-based), !answer SELECTOR MESSAGE (the dump\n"
+           "outlet's SELECTOR sends MESSAGE back into the object). # starts a comment.\n";
 }
 
 std::optional<Options> Options::parse(int argc, char** argv, std::string& failure)

@@ -12,6 +12,7 @@
 #include "KalviDspHostFileDialogs.h"
 #include "KalviDspHostMessageDispatch.h"
 #include "KalviDspHostObject.h"
+#include "KalviDspHostScheduler.h"
 #include "KalviDspHostSearchPath.h"
 #include "KalviDspHostStandardOutput.h"
 
@@ -132,6 +133,9 @@ void Session::execute(const std::string& line)
     } else {
         sendMessage(text);
     }
+    // What the line set off runs before the next line: deferred calls, then the clocks due now.
+    host::DeferQueue::instance().drain();
+    host::Scheduler::instance().runDueClocks();
     host::DeferQueue::instance().drain();
 }
 
@@ -160,17 +164,22 @@ void Session::executeDirective(const std::string& name, const std::string& rest)
         state(arguments);
     else if (name == "assist")
         assist(arguments);
+    else if (name == "answer")
+        addAnswer(arguments);
     else
         throw ScriptError("unknown directive !" + name);
 }
 
-// A number alone is an int or float message; a number with more atoms a list.
 void Session::sendMessage(const std::string& line)
 {
     std::vector<t_atom> atoms = host::parseAtoms(line, true);
-    if (atoms.empty())
-        return;
-    t_object* x = currentObject();
+    if (!atoms.empty())
+        sendAtoms(currentObject(), atoms);
+}
+
+// A number alone is an int or float message; a number with more atoms a list.
+void Session::sendAtoms(t_object* x, std::vector<t_atom> atoms)
+{
     if (atoms[0].a_type == A_SYM) {
         host::dispatchMessage(x, atoms[0].a_w.w_sym, static_cast<long>(atoms.size() - 1), atoms.data() + 1);
         return;
@@ -202,9 +211,32 @@ void Session::createObject(const std::string& boxText)
     current = result.object;
     t_object* dumpout = nullptr;
     object_obex_lookup(current, gensym("dumpout"), &dumpout);
-    for (host::Outlet* outlet : host::outletsLeftToRight(current))
+    t_object* x = current;
+    for (host::Outlet* outlet : host::outletsLeftToRight(x))
         if (outlet == static_cast<void*>(dumpout) || (dumpout == nullptr && !outlet->isSignal()))
-            outlet->connect(printDump);
+            outlet->connect([this, x](t_symbol* selector, long ac, t_atom* av) {
+                printDump(selector, ac, av);
+                answerDump(x, selector);
+            });
+}
+
+// As a patch that routes the object's dump outlet back into it: the answer follows the message at once, on
+// the thread that sent it.
+void Session::answerDump(t_object* x, t_symbol* selector)
+{
+    const auto found = answers.find(x);
+    if (found == answers.end())
+        return;
+    for (const Answer& answer : found->second)
+        if (answer.selector == selector)
+            sendAtoms(x, answer.message);
+}
+
+void Session::addAnswer(const std::vector<t_atom>& arguments)
+{
+    if (arguments.size() < 2 || arguments[0].a_type != A_SYM)
+        throw ScriptError("!answer takes a selector of the dump outlet, then a message");
+    answers[currentObject()].push_back({arguments[0].a_w.w_sym, {arguments.begin() + 1, arguments.end()}});
 }
 
 void Session::setDsp(const std::vector<t_atom>& arguments)

@@ -32,6 +32,7 @@ public:
 private:
     void executeDirective(const std::string& name, const std::string& rest);
     void sendMessage(const std::string& line);
+    void sendAtoms(t_object* x, std::vector<t_atom> atoms);
 
     void createObject(const std::string& boxText);
     void setDsp(const std::vector<t_atom>& arguments);
@@ -44,6 +45,8 @@ private:
     void preset(const std::vector<t_atom>& arguments);
     void state(const std::vector<t_atom>& arguments);
     void assist(const std::vector<t_atom>& arguments);
+    void addAnswer(const std::vector<t_atom>& arguments);
+    void answerDump(t_object* x, t_symbol* selector);
 
     t_object* currentObject();
     long durationInVectors(const std::string& text);
@@ -55,6 +58,13 @@ private:
     PresetSlot presetSlot;
     // Registered by !dict; the session is their owner.
     std::vector<t_dictionary*> dictionaries;
+    // What each object's dump outlet is answered with: a selector and the message that it sends back.
+    struct Answer
+    {
+        t_symbol* selector;
+        std::vector<t_atom> message;
+    };
+    std::map<t_object*, std::vector<Answer>> answers;
     std::unique_ptr<Recording> recording;
     ProgressBar progressBar;
     bool finished = false;

@@ -33,6 +33,15 @@ void qelem_unset(t_qelem* q);
 void qelem_front(t_qelem* q);
 void qelem_free(t_qelem* q);
 
+t_clock* clock_new(void* obj, method fn);
+void clock_set(t_clock* x, long when);
+void clock_delay(t_clock* x, long n);
+void clock_unset(t_clock* x);
+void clock_fset(t_clock* x, double when);
+void clock_fdelay(t_clock* x, double f);
+void clock_getftime(double* time);
+long gettime(void);
+
 void freeobject(void* op);
 void* typedmess(t_object* op, t_symbol* msg, short argc, t_atom* argp);
 method getfn(t_object* op, t_symbol* msg);

@@ -2,6 +2,7 @@
 
 #include "KalviDspHostDeferQueue.h"
 #include "KalviDspHostDspGraph.h"
+#include "KalviDspHostScheduler.h"
 
 #include "ext_systhread.h"
 
@@ -112,6 +113,8 @@ void AudioDriver::renderOne(long index, std::chrono::steady_clock::time_point st
                                                   std::chrono::duration<double>(seconds)));
     }
     graph.renderVector(frames.empty() ? nullptr : frames.data());
+    Scheduler::instance().advance(graph.getVectorSize() * 1000.0 / graph.getSampleRate());
+    Scheduler::instance().runDueClocks();
     if (!frames.empty())
         pushFrames(frames.data(), frames.size());
     vectorsRendered.fetch_add(1, std::memory_order_acq_rel);
@@ -149,7 +152,3 @@ short systhread_isaudiothread(void)
     return vlk::host::AudioDriver::isAudioThread() ? 1 : 0;
 }
 
-short systhread_istimerthread(void)
-{
-    return 0;
-}

@@ -5,6 +5,21 @@
 
 namespace vlk {
 
+FrameFifo::Span FrameFifo::Span::part(std::uint64_t offset, std::uint64_t count) const noexcept
+{
+    assert(offset + count <= size());
+    Span result;
+    if (offset < count1) {
+        result.start1 = start1 + offset;
+        result.count1 = std::min(count, count1 - offset);
+        result.count2 = count - result.count1;
+    } else {
+        result.start1 = start2 + (offset - count1);
+        result.count1 = count;
+    }
+    return result;
+}
+
 FrameFifo::FrameFifo(std::uint64_t capacity) : capacity(capacity)
 {
     assert(capacity > 0);

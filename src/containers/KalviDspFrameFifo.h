@@ -27,6 +27,8 @@ public:
         std::uint64_t count2 = 0;
 
         std::uint64_t size() const noexcept { return count1 + count2; }
+        // count frames of this span from offset on; offset and count within the span.
+        Span part(std::uint64_t offset, std::uint64_t count) const noexcept;
     };
 
     explicit FrameFifo(std::uint64_t capacity);

@@ -3,6 +3,8 @@
 #include "audiofiles/KalviDspAudioFilesMetadata.h"
 #include "containers/KalviDspAudioBuffer.h"
 #include "containers/KalviDspAudioBufferReference.h"
+#include "containers/KalviDspFixedQueue.h"
+#include "containers/KalviDspFrameFifo.h"
 #include "dsp/KalviDspAudioProcessorWithOscInAudioInterrupt.h"
 #include "files/KalviDspFile.h"
 #include "math/KalviDspVector.h"
@@ -12,26 +14,31 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 
 namespace vlk {
 
 class AudioFileReader;
+class MarkerSpanIndex;
 
 // Plays one sound file at a time from disk: numChannels audio outputs and a last output carrying the playback
 // position in milliseconds. A ring of float frames stands between the buffering thread, which fills it, and
 // Process, which drains it; frames reach the outputs one to one, without rate conversion, gain or fade.
 //
-// Threads: Process on the audio thread; open, seek, rewind, pause, resume, setLoop and the queries on the
-// threads that bring the host's messages; readSamplesFromDisk on the buffering thread, and on the caller of
-// seek and rewind. Locks: positionMutex before diskMutex, and listenersLock last.
+// Threads: Process on the audio thread, which never waits: it only tries positionMutex, and stands still for
+// a vector when open, seek or rewind hold it. open, seek, rewind, pause, resume, setLoop, the queries and
+// deliverQueuedEvents on the threads that bring the host's messages; readSamplesFromDisk on the buffering
+// thread, and on the caller of seek and rewind. Locks, in this order: listenersLock, positionMutex,
+// diskMutex, markersLock. No listener is called under positionMutex or diskMutex.
 class AudioFilePlayer : public AudioProcessorWithOscInAudioInterrupt
 {
 public:
-    // Told of the player's progress. Calls come on the thread that detects the event: progressChanged,
-    // endOfFile and markerReached on the audio thread, progressChanged(0) on the caller of seek and rewind,
-    // bufferingChanged on the audio thread and on the buffering thread. A call from the buffering thread or
-    // from seek and rewind holds the player's listenersLock, so a listener that removes itself is not called
-    // any more once removeListener returns; such a call must not open, seek or rewind the player.
+    // Told of the player's progress, never on the audio thread and never under a lock of the player but
+    // listenersLock. What the audio thread finds (progress, buffering, endOfFile, markerReached) is queued
+    // and told by deliverQueuedEvents; progressChanged(0) and the level after the first read come on the
+    // caller of seek and rewind; the buffering thread tells bufferingChanged itself, so a listener hands
+    // that on to where it may run patch code. A listener that removeListener returned from is not called
+    // any more.
     class Listener
     {
     public:
@@ -56,6 +63,8 @@ public:
     // Swaps in a reader of the file; playback does not start. Throws, keeping the file open before and the
     // whole state, when no reader takes the file.
     void open(const File& file);
+    // The same with a reader made by the caller; null is refused with the same exception as an empty path.
+    void open(std::unique_ptr<AudioFileReader> newReader);
     // Starts playing at ms, through to the end of the file, after one chunk was read on this thread. A time
     // not above 0 rewinds.
     void seek(float ms);
@@ -67,10 +76,15 @@ public:
     void pause();
     void resume();
     void setLoop(bool shouldLoop);
-    // Not owned. Null and a listener already present are ignored. Register and remove listeners while no
-    // audio runs: the audio thread reads the list without a lock.
+    // Not owned. Null and a listener already present are ignored.
     void addListener(Listener* listener);
     void removeListener(Listener* listener);
+
+    // Audio thread, after a vector: whether events wait for deliverQueuedEvents.
+    bool hasQueuedEvents() const noexcept { return !events.isEmpty(); }
+    // Tells the listeners what the audio thread queued, in order, on a thread where they may run patch code:
+    // the host's scheduler, right after the vector that raised it. Not on the audio thread.
+    void deliverQueuedEvents();
 
     // The name of the open file; empty without one.
     String getFileName() const;
@@ -87,8 +101,7 @@ public:
     // Frames between the disk side's file position and the region's end.
     std::uint64_t getRemainingSamplesInAudioFile();
 
-    // Frames in the ring, by the one occupancy rule: equal read and write positions mean a full ring unless
-    // both are 0 with nothing read since the region started.
+    // Frames in the ring, counted exactly: a ring that the audio thread drained is empty.
     std::uint64_t getNumSamplesInRing() const;
     // The occupancy in percent of the capacity, at most 100.
     float getBufferingPercentage() const;
@@ -97,6 +110,8 @@ public:
     std::uint32_t getNumChannelsInRing() const;
     bool isPlaying() const noexcept { return playing; }
     bool isLooping() const noexcept { return loop; }
+    // Frames that Process output as silence because the disk side had not written them yet.
+    std::uint64_t getNumUnderrunFrames() const noexcept { return underrunFrames; }
 
     void Process(float** outputChannels, float** inputChannels, std::uint32_t numSamples) override;
     // "output #1"..., then "playback position", then "dumpout".
@@ -104,59 +119,121 @@ public:
     void vectorSizeChanged(std::uint32_t newVectorSize) override;
 
 private:
+    // What the audio thread found, queued for deliverQueuedEvents.
+    struct Event
+    {
+        enum class Kind : std::uint8_t
+        {
+            progress,
+            buffering,
+            endOfFile,
+            // The markers of the span [from, to) of the file that generation opened.
+            markers
+        };
+        Kind kind = Kind::progress;
+        float percent = 0.0f;
+        std::uint64_t from = 0;
+        std::uint64_t to = 0;
+        std::uint64_t generation = 0;
+    };
+    // Counters of what the audio thread may not log itself; the disk side reports their growth.
+    struct AudioThreadFaults
+    {
+        std::atomic<std::uint64_t> endWithFramesLeft{0};
+        std::atomic<std::uint64_t> playedPastTheEnd{0};
+        std::atomic<std::uint64_t> eventsLost{0};
+    };
+
     std::unique_ptr<BufferingThread> createBufferingThread();
-    void resetPositions();
+    bool hasReader() const;
+
+    // Message threads.
+    void swapInReader(std::unique_ptr<AudioFileReader> newReader, std::unique_ptr<MarkerSpanIndex> newMarkers,
+                      std::unique_ptr<AudioBuffer>& widerRing);
+    void resetPositions(std::uint64_t fileFrame);
     std::uint64_t getFrameAt(float ms) const;
     void startRegion(std::uint64_t start, std::uint64_t end);
     bool canRewindWithinRing();
+    void tellProgressAndFirstRead(std::optional<float> level);
+
+    // Disk side, under diskMutex; true when the pass tells its level.
+    bool fillRing();
     bool isRegionExhausted();
-    void padBehindRegionEnd();
-    std::uint64_t zeroRingUpToReadPosition(std::uint64_t from);
-    std::uint64_t getPublishedWritePosition(std::uint64_t chunkEnd);
+    void skipFramesPlayedAsSilence();
     void readChunk(std::uint64_t numSamples);
+    void readBlocks(const FrameFifo::Span& span, std::uint64_t fileFrame);
+    void zeroBlocks(const FrameFifo::Span& span);
+    void reportAudioThreadFaults();
+
+    // Audio thread, under positionMutex.
     void standStill();
     void playVector(std::uint32_t numSamples);
     void renderFromRing(std::uint32_t numSamples);
-    void copyRingToOutputs(std::uint32_t used, std::uint64_t ringFrame, std::uint64_t outputFrame,
-                           std::uint64_t count);
+    void dropFramesPlayedAsSilence();
+    void copyRingToOutputs(std::uint32_t used, const FrameFifo::Span& span);
     void playRegionEnd();
     void writePositionRamp(std::uint32_t numSamples);
     void writeLoopingPosition(std::uint32_t numSamples);
     double toMilliseconds(std::uint64_t frame) const;
-    void scanMarkers(std::uint64_t from, std::uint64_t to);
+    void queueMarkers(std::uint64_t from, std::uint64_t to);
+    void queue(const Event& event);
+
+    // Listeners, under listenersLock.
     void tellProgress(float percent);
     void tellBuffering(float percent);
     void tellBufferingFromDiskSide();
     void tellEndOfFile();
+    void tellMarkers(const Event& event);
 
     const std::uint32_t numChannels;
     const std::uint64_t bufferCapacity;
-    // The ring is only swapped or cleared under both mutexes, and read by the audio thread under
-    // positionMutex: a ring that a wider file replaces is freed when nothing can read it any more.
+    // The samples; their positions are in fifo. Swapped for a wider one under positionMutex and diskMutex,
+    // the only locks under which the two sides touch it, and freed behind them.
     std::unique_ptr<AudioBuffer> ring;
-    // Under diskMutex; replaced under both mutexes, so the audio thread may read its markers under either.
+    FrameFifo fifo;
+    // Under diskMutex; replaced under positionMutex and diskMutex.
     std::unique_ptr<AudioFileReader> reader;
+    // The reader's markers: read by Process under positionMutex, by deliverQueuedEvents under markersLock,
+    // replaced under all three; generation counts the replacements.
+    std::unique_ptr<MarkerSpanIndex> markers;
+    std::atomic<std::uint64_t> markersGeneration{0};
     std::unique_ptr<BufferingThread> bufferingThread;
-    // The disk side publishes frames with a release store of writePosition, the audio thread hands frames
-    // back with a release store of readPosition; each side loads the other's position with acquire.
-    std::atomic<std::uint64_t> readPosition{0};
-    std::atomic<std::uint64_t> writePosition{0};
     std::atomic<std::uint64_t> filePosition{0};
     std::atomic<std::uint64_t> playedSamples{0};
     std::atomic<std::uint64_t> regionLength{0};
     std::atomic<std::uint64_t> regionStart{0};
-    // Held by open, seek and rewind across their resets, and by the audio thread while it renders a vector.
+    // Frames that Process output since the region started, and frames the disk side read into the ring or
+    // skipped: the disk side's sanity check compares the two, which playedSamples, reset at every pass of a
+    // loop, could not serve.
+    std::atomic<std::uint64_t> framesRendered{0};
+    std::atomic<std::uint64_t> framesDelivered{0};
+    // Frames that Process played as silence for want of samples and that are still to be dropped: from the
+    // ring by Process, or from the file by the disk side when the ring is empty. The sound then stays in
+    // time with the position.
+    std::atomic<std::uint64_t> framesOwed{0};
+    std::atomic<std::uint64_t> underrunFrames{0};
+    // Set when the disk side skipped frames: the ring no longer holds the head of the file in order.
+    std::atomic<bool> skippedSinceReset{false};
+    AudioThreadFaults faults;
+    // Under diskMutex: the counts that the disk side has reported.
+    std::uint64_t reportedUnderrunFrames = 0;
+    std::uint64_t reportedEndsWithFramesLeft = 0;
+    std::uint64_t reportedPlaysPastTheEnd = 0;
+    std::uint64_t reportedEventsLost = 0;
+    // Held by open, seek and rewind across their resets and first read; the audio thread only tries it.
     mutable std::recursive_mutex positionMutex;
     // Held by the disk side from the positions it reads to the frames it writes, and by every reset of the
     // positions and swap of reader or ring, so that no chunk computed before a reset lands after it.
     mutable std::recursive_mutex diskMutex;
+    std::mutex markersLock;
     AudioBufferReference outputs;
     std::atomic<bool> playing{false};
     std::atomic<bool> loop{false};
     Vector<Listener*> listeners;
-    // Guards listeners against add and remove while the disk side or seek and rewind call them.
+    // Guards listeners and the consumer side of events.
     std::recursive_mutex listenersLock;
-    std::atomic<bool> ringWrapped{false};
+    // A vector raises at most four events; this holds the events of many vectors whose delivery is late.
+    FixedQueue<Event, 1024> events;
     std::atomic<std::uint64_t> totalSamples{0};
     std::atomic<std::uint32_t> fileChannels{0};
     std::atomic<std::uint64_t> regionEnd{0};

@@ -21,9 +21,11 @@ void SfPlayDsp64(SfPlayObject* x, t_object* dsp64, short* count, double sampleRa
 void SfPlayPerform64(SfPlayObject* x, t_object* /*dsp64*/, double** ins, long /*numIns*/, double** outs,
                      long /*numOuts*/, long sampleFrames, long /*flags*/, void* /*userParam*/)
 {
-    if (x->player != nullptr)
-        x->player->perform(outs, ins, static_cast<std::uint32_t>(sampleFrames), x->ob.z_disabled, x->mute,
-                           x->bypass);
+    if (x->player == nullptr)
+        return;
+    x->player->perform(outs, ins, static_cast<std::uint32_t>(sampleFrames), x->ob.z_disabled, x->mute,
+                       x->bypass);
+    x->listener->scheduleDelivery();
 }
 
 void SfPlayPostDspState(SfPlayObject* x)

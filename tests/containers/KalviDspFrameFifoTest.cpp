@@ -67,6 +67,18 @@ TEST(FrameFifoSpans, AreLimitedToTheFreeOrReadyFramesAndSplitAtTheRingsEnd)
     }
 }
 
+TEST(FrameFifoSpans, APartStartsInEitherBlock)
+{
+    const FrameFifo::Span span{6, 2, 0, 5};
+    const FrameFifo::Span parts[] = {span.part(0, 7), span.part(1, 3), span.part(2, 4), span.part(3, 0)};
+    const std::uint64_t expected[][4] = {{6, 2, 0, 5}, {7, 1, 0, 2}, {0, 4, 0, 0}, {1, 0, 0, 0}};
+    for (std::size_t i = 0; i < std::size(parts); ++i)
+        EXPECT_EQ(
+            (std::vector<std::uint64_t>{parts[i].start1, parts[i].count1, parts[i].start2, parts[i].count2}),
+            (std::vector<std::uint64_t>(expected[i], expected[i] + 4)))
+            << i;
+}
+
 TEST(FrameFifoCounts, RestartReadingKeepsTheProducersFramesAndResetEmpties)
 {
     FrameFifo fifo(10);

@@ -203,9 +203,11 @@ void PlayerHarness::setConnections(const std::vector<short>& outputCounts)
     player.setConnections(outputCounts.data());
 }
 
+// The events of the vector are told right after it, as a host's scheduler would.
 void PlayerHarness::perform(long mute, long bypass)
 {
     player.perform(outputPointers.data(), nullptr, vectorSize, 0, mute, bypass);
+    player.deliverQueuedEvents();
 }
 
 bool PlayerHarness::waitForRing()
@@ -219,26 +221,11 @@ bool PlayerHarness::waitForRing()
     return true;
 }
 
-constexpr std::uint64_t loopReserve = 16384;
-
-// Equal read and write positions read as a full ring, so a vector that drained the ring exactly would leave
-// it looking full, and the disk side would stop. Only once the region is read and padded may a vector reach
-// the write position.
+// A host whose disk keeps up finds a vector's frames in the ring; the end of a region without loop is
+// padded, so that holds for its last vector too.
 bool PlayerHarness::isRingReady() const
 {
-    if (player.getNumChannelsInFile() == 0)
-        return true;
-    const std::uint64_t occupancy = player.getNumSamplesInRing();
-    // In a loop the disk side never pads, so a full ring is full. The loop's playedSamples falls behind the
-    // ring by up to a vector at every pass, and the disk side's "too fast" check then refuses to read while
-    // the ring is nearly empty, for good in a loop that waits for it: the ring is kept as full as a real-time
-    // host keeps it.
-    if (player.isLooping())
-        return occupancy >= std::min(loopReserve, player.getBufferCapacity());
-    const bool padded = player.getRemainingSamplesInAudioFile() == 0;
-    if (occupancy == player.getBufferCapacity())
-        return padded;
-    return occupancy > vectorSize || (occupancy == vectorSize && padded);
+    return player.getNumChannelsInFile() == 0 || player.getNumSamplesInRing() >= vectorSize;
 }
 
 std::vector<float> PlayerHarness::getOutput(std::uint32_t channel) const

@@ -96,7 +96,7 @@ public:
 
     // Connection counts of the outputs, the position output last. All are connected at first.
     void setConnections(const std::vector<short>& outputCounts);
-    // One vector, with the host's mute and bypass flags.
+    // One vector, with the host's mute and bypass flags, then the delivery of its events on this thread.
     void perform(long mute = 0, long bypass = 0);
     // Waits while the player plays and its ring holds too little for a vector, as a host whose disk keeps up
     // would never see it. False when the ring stayed short for seconds.
