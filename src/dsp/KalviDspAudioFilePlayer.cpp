@@ -29,8 +29,8 @@ using Lock = std::lock_guard<std::recursive_mutex>;
 AudioFilePlayer::AudioFilePlayer(std::uint32_t numChannels, std::uint64_t bufferSize)
     : AudioProcessorWithOscInAudioInterrupt(0, numChannels + 1), numChannels(numChannels),
       bufferCapacity(std::clamp(bufferSize, minimumBufferCapacity, maximumBufferCapacity)),
-      ring(std::make_unique<AudioBuffer>(numChannels, bufferCapacity)), fifo(bufferCapacity),
-      vectorSizeOfDiskSide(getVectorSize())
+      ring(std::make_unique<AudioBuffer>(numChannels, bufferCapacity)), ringChannels(numChannels),
+      fifo(bufferCapacity), vectorSizeOfDiskSide(getVectorSize())
 {
     ring->setNumSamples(bufferCapacity);
     ring->clear();
@@ -79,16 +79,10 @@ void AudioFilePlayer::open(std::unique_ptr<AudioFileReader> newReader)
         widerRing = std::make_unique<AudioBuffer>(newReader->getNumChannels(), bufferCapacity);
     // Stopped before the locks, as seek does, so that the audio thread stands still instead of finding them
     // taken. A player without a file keeps its flag.
-    if (hasReader())
+    if (fileIsOpen)
         playing = false;
     swapInReader(std::move(newReader), std::move(newMarkers), widerRing);
     bufferingThread->notify();
-}
-
-bool AudioFilePlayer::hasReader() const
-{
-    const Lock diskGuard(diskMutex);
-    return reader != nullptr;
 }
 
 // The reader, markers and ring that are replaced are destroyed once the locks are released. The ring is not
@@ -107,14 +101,17 @@ void AudioFilePlayer::swapInReader(std::unique_ptr<AudioFileReader> newReader,
         resetPositions(0);
     }
     oldReader = std::exchange(reader, std::move(newReader));
+    fileIsOpen = true;
     {
         const std::lock_guard<std::mutex> markersGuard(markersLock);
         oldMarkers = std::exchange(markers, std::move(newMarkers));
         ++markersGeneration;
     }
     // The ring never shrinks; another open may have widened it meanwhile.
-    if (widerRing != nullptr && widerRing->getNumChannels() > ring->getNumChannels())
+    if (widerRing != nullptr && widerRing->getNumChannels() > ring->getNumChannels()) {
         oldRing = std::exchange(ring, std::move(widerRing));
+        ringChannels = ring->getNumChannels();
+    }
     totalSamples = reader->getNumSamples();
     fileChannels = reader->getNumChannels();
     regionLength = 0;
@@ -297,8 +294,7 @@ float AudioFilePlayer::getBufferingPercentage() const
 
 std::uint32_t AudioFilePlayer::getNumChannelsInRing() const
 {
-    const Lock diskGuard(diskMutex);
-    return ring->getNumChannels();
+    return ringChannels;
 }
 
 String AudioFilePlayer::getOutputName(std::int32_t index) const

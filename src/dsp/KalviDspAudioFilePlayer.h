@@ -112,6 +112,8 @@ public:
     bool isLooping() const noexcept { return loop; }
     // Frames that Process output as silence because the disk side had not written them yet.
     std::uint64_t getNumUnderrunFrames() const noexcept { return underrunFrames; }
+    // Vectors during which Process stood still because open, seek or rewind held the player.
+    std::uint64_t getNumBusyVectors() const noexcept { return busyVectors; }
 
     void Process(float** outputChannels, float** inputChannels, std::uint32_t numSamples) override;
     // "output #1"..., then "playback position", then "dumpout".
@@ -145,7 +147,6 @@ private:
     };
 
     std::unique_ptr<BufferingThread> createBufferingThread();
-    bool hasReader() const;
 
     // Message threads.
     void swapInReader(std::unique_ptr<AudioFileReader> newReader, std::unique_ptr<MarkerSpanIndex> newMarkers,
@@ -169,7 +170,7 @@ private:
     void standStill();
     void playVector(std::uint32_t numSamples);
     void renderFromRing(std::uint32_t numSamples);
-    void dropFramesPlayedAsSilence();
+    std::uint64_t dropFramesPlayedAsSilence(std::uint64_t ready);
     void copyRingToOutputs(std::uint32_t used, const FrameFifo::Span& span);
     void playRegionEnd();
     void writePositionRamp(std::uint32_t numSamples);
@@ -190,9 +191,13 @@ private:
     // The samples; their positions are in fifo. Swapped for a wider one under positionMutex and diskMutex,
     // the only locks under which the two sides touch it, and freed behind them.
     std::unique_ptr<AudioBuffer> ring;
+    // The ring's channel count, for open to ask without waiting for a read in progress.
+    std::atomic<std::uint32_t> ringChannels;
     FrameFifo fifo;
     // Under diskMutex; replaced under positionMutex and diskMutex.
     std::unique_ptr<AudioFileReader> reader;
+    // Whether reader was ever set, for open to know without waiting for a read in progress.
+    std::atomic<bool> fileIsOpen{false};
     // The reader's markers: read by Process under positionMutex, by deliverQueuedEvents under markersLock,
     // replaced under all three; generation counts the replacements.
     std::unique_ptr<MarkerSpanIndex> markers;
@@ -212,6 +217,7 @@ private:
     // time with the position.
     std::atomic<std::uint64_t> framesOwed{0};
     std::atomic<std::uint64_t> underrunFrames{0};
+    std::atomic<std::uint64_t> busyVectors{0};
     // Set when the disk side skipped frames: the ring no longer holds the head of the file in order.
     std::atomic<bool> skippedSinceReset{false};
     AudioThreadFaults faults;

@@ -28,6 +28,8 @@ void AudioFilePlayer::Process(float** outputChannels, float**, std::uint32_t num
             playVector(numSamples);
             return;
         }
+        if (!positionGuard.owns_lock())
+            busyVectors.fetch_add(1, std::memory_order_relaxed);
     }
     standStill();
 }
@@ -72,14 +74,18 @@ void AudioFilePlayer::renderFromRing(std::uint32_t numSamples)
 {
     const std::uint32_t used = std::min(fileChannels.load(), numChannels);
     if (used != 0) {
-        dropFramesPlayedAsSilence();
-        const FrameFifo::Span span = fifo.getReadSpan(numSamples);
+        // One count of the frames ready for both: a chunk published after it may stand for a time that is
+        // owed, and is only read once the next vector has dropped what it owes.
+        const std::uint64_t ready = fifo.getNumReady();
+        const std::uint64_t dropped = dropFramesPlayedAsSilence(ready);
+        const FrameFifo::Span span = fifo.getReadSpan(std::min<std::uint64_t>(numSamples, ready - dropped));
         copyRingToOutputs(used, span);
         if (const std::uint64_t missing = numSamples - span.size()) {
             for (std::uint32_t channel = 0; channel < used; ++channel)
                 if (isOutputConnected(channel))
                     std::fill(outputs.getChannel(channel) + span.size(),
                               outputs.getChannel(channel) + numSamples, 0.0f);
+            // Owed before the frames read are handed back, for the same reason.
             framesOwed.fetch_add(missing, std::memory_order_acq_rel);
             underrunFrames.fetch_add(missing, std::memory_order_relaxed);
         }
@@ -94,15 +100,17 @@ void AudioFilePlayer::renderFromRing(std::uint32_t numSamples)
     queue({Event::Kind::buffering, percent});
 }
 
-// Under positionMutex. Frames in the ring that stood for a time already played as silence are dropped.
-void AudioFilePlayer::dropFramesPlayedAsSilence()
+// Under positionMutex. Frames in the ring that stood for a time already played as silence are dropped, out of
+// the ready ones; answers how many. The debt shrinks before the frames are handed back: the disk side takes
+// the debt only from an empty ring, and must not find the ring empty with these frames still counted in it.
+std::uint64_t AudioFilePlayer::dropFramesPlayedAsSilence(std::uint64_t ready)
 {
-    const std::uint64_t owed = framesOwed.load(std::memory_order_acquire);
-    if (owed == 0)
-        return;
-    const std::uint64_t dropped = std::min(owed, fifo.getNumReady());
-    fifo.finishedRead(dropped);
+    const std::uint64_t dropped = std::min(framesOwed.load(std::memory_order_acquire), ready);
+    if (dropped == 0)
+        return 0;
     framesOwed.fetch_sub(dropped, std::memory_order_acq_rel);
+    fifo.finishedRead(dropped);
+    return dropped;
 }
 
 // Outputs that are not connected are left unwritten.

@@ -135,6 +135,9 @@ void AudioProcessorBase::prepare(std::uint32_t newVectorSize, bool force, float 
         sampleRate = std::clamp(newSampleRate, 8000.0f, 384000.0f);
     sampleRateChanged(sampleRate);
     vectorSize = newVectorSize != 0 ? newVectorSize : 512;
+    // Sized here, on the host's thread, so that perform finds them sized: the audio thread allocates nothing.
+    inputBuffer.resize(numInlets, vectorSize);
+    outputBuffer.resize(numOutlets, vectorSize);
     vectorSizeChanged(vectorSize);
     prepareFinished();
     disableDenormals();

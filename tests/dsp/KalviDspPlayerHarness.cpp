@@ -207,7 +207,8 @@ void PlayerHarness::setConnections(const std::vector<short>& outputCounts)
 void PlayerHarness::perform(long mute, long bypass)
 {
     player.perform(outputPointers.data(), nullptr, vectorSize, 0, mute, bypass);
-    player.deliverQueuedEvents();
+    if (deliversEvents)
+        player.deliverQueuedEvents();
 }
 
 bool PlayerHarness::waitForRing()

@@ -96,8 +96,10 @@ public:
 
     // Connection counts of the outputs, the position output last. All are connected at first.
     void setConnections(const std::vector<short>& outputCounts);
-    // One vector, with the host's mute and bypass flags, then the delivery of its events on this thread.
+    // One vector, with the host's mute and bypass flags, then the delivery of its events on this thread
+    // unless that is turned off.
     void perform(long mute = 0, long bypass = 0);
+    void setDeliversEvents(bool shouldDeliver) { deliversEvents = shouldDeliver; }
     // Waits while the player plays and its ring holds too little for a vector, as a host whose disk keeps up
     // would never see it. False when the ring stayed short for seconds.
     bool waitForRing();
@@ -122,6 +124,7 @@ private:
     std::uint32_t vectorSize;
     std::vector<std::vector<double>> outputs;
     std::vector<double*> outputPointers;
+    bool deliversEvents = true;
 };
 
 } // namespace vlk::test

@@ -64,7 +64,7 @@ TEST_P(SfPlayPace, TheRecordingHoldsTheFileBitForBitAndThePositionRamp)
     const HostRun run = runVelurhost(scratch.path(),
                                      "!new velur.sfplay~ @numchannels 2\nopen noise.wav\n" +
                                          std::string(GetParam().starts) + "!dsp on\n!run 375v\n",
-                                     std::string("--speed ") + GetParam().speed + " --out " + quoted(out));
+                                     speedKeepingUp(GetParam().speed) + " --out " + quoted(out));
     ASSERT_EQ(run.status, 0) << run.errors;
     EXPECT_TRUE(noSanitizerReport(run.errors)) << run.errors;
     const Recording recording = readRecording(out);
@@ -111,7 +111,7 @@ TEST(SfPlayAudio, AnAiffFilePlaysAsLibsndfileReadsIt)
     const HostRun run =
         runVelurhost(scratch.path(),
                      "!new velur.sfplay~ @numchannels 2\nopen tune.aif\n1\n1\n1\n1\n1\n!dsp on\n!run 330v\n",
-                     "--speed 20 --out " + quoted(out));
+                     speedKeepingUp("20") + " --out " + quoted(out));
     ASSERT_EQ(run.status, 0) << run.errors;
     const Recording recording = readRecording(out);
     long mismatches = 0;
@@ -133,7 +133,7 @@ TEST(SfPlayAudio, LoopingIsGaplessOverTheFileAndOverARegion)
         runVelurhost(scratch.path(),
                      "!new velur.sfplay~ @loop 1\nopen count.wav\n1\n1\n1\n!dsp on\n!run 500v\n"
                      "seek 100 200\n!run 500v\n",
-                     "--speed 4 --out " + quoted(out));
+                     speedKeepingUp("4") + " --out " + quoted(out));
     ASSERT_EQ(run.status, 0) << run.errors;
     for (const std::string& line : run.lines)
         EXPECT_NE(line, "dump: bang");
@@ -157,7 +157,7 @@ TEST(SfPlayAudio, MuteBypassAndDisableAreSilentAndFrozen)
                      "!new velur.sfplay~\nopen count.wav\n1\n!dsp on\n!run 10v\n"
                      "mute 1\n!run 10v\nmute 0\n!run 10v\nbypass 1\n!run 10v\nbypass 0\n!run 10v\n"
                      "!disable 1\n!run 10v\n!disable 0\n!run 10v\n",
-                     "--speed 20 --out " + quoted(out));
+                     speedKeepingUp("20") + " --out " + quoted(out));
     ASSERT_EQ(run.status, 0) << run.errors;
     const Recording recording = readRecording(out);
     ASSERT_EQ(recording.numFrames, 70 * 64);
@@ -183,7 +183,7 @@ TEST(SfPlayAudio, ASecondFileReplacesTheFirstWhilePlaying)
         runVelurhost(scratch.path(),
                      "!new velur.sfplay~\nopen count.wav\n1\n!dsp on\n!run 50v\nopen noise.wav\n"
                      "!run 5v\n1\n!run 50v\n",
-                     "--speed 20 --out " + quoted(out));
+                     speedKeepingUp("20") + " --out " + quoted(out));
     ASSERT_EQ(run.status, 0) << run.errors;
     const Recording recording = readRecording(out);
     ASSERT_EQ(recording.numFrames, 105 * 64);
