@@ -145,6 +145,28 @@ TEST(SfPlayAudio, LoopingIsGaplessOverTheFileAndOverARegion)
         ASSERT_EQ(recording.at(500 * 64 + k, 0), frameNumber(4410 + k % 4410, 0)) << k;
 }
 
+// The bang at the end reaches the patch after the vector that found the end, and a 1 sent back at once
+// starts the file again at the next vector: 1000 frames, their padding to 16 vectors, one silent vector.
+TEST(SfPlayAudio, AnEndBangAnsweredWithOneRestartsTheFile)
+{
+    ScratchFolder scratch;
+    const long numFrames = 1000;
+    writeFloatWav(scratch.path() + "/count.wav", 1, numFrames, frameNumber);
+    const std::string out = scratch.path() + "/out.wav";
+    const HostRun run = runVelurhost(
+        scratch.path(), "!new velur.sfplay~\nopen count.wav\n!answer bang 1\n!dsp on\n1\n!run 34v\n",
+        speedKeepingUp("20") + " --out " + quoted(out));
+    ASSERT_EQ(run.status, 0) << run.errors;
+    EXPECT_EQ(std::count(run.lines.begin(), run.lines.end(), "dump: bang"), 2);
+    const Recording recording = readRecording(out);
+    const long secondStart = 17 * 64;
+    ASSERT_EQ(recording.numFrames, 34 * 64);
+    for (long k = 0; k < secondStart; ++k)
+        ASSERT_EQ(recording.at(k, 0), k < numFrames ? frameNumber(k, 0) : 0.0f) << k;
+    for (long k = 0; k < numFrames; ++k)
+        ASSERT_EQ(recording.at(secondStart + k, 0), frameNumber(k, 0)) << k;
+}
+
 // Muted, bypassed or disabled, the object is silent and its file stands still: afterwards it goes on with the
 // frame that was next.
 TEST(SfPlayAudio, MuteBypassAndDisableAreSilentAndFrozen)
