@@ -170,6 +170,7 @@ private:
     void standStill();
     void playVector(std::uint32_t numSamples);
     void renderFromRing(std::uint32_t numSamples);
+    void readFromRing(std::uint32_t used, std::uint32_t numSamples);
     std::uint64_t dropFramesPlayedAsSilence(std::uint64_t ready);
     void copyRingToOutputs(std::uint32_t used, const FrameFifo::Span& span);
     void playRegionEnd();

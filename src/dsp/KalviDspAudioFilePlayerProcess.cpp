@@ -67,30 +67,12 @@ void AudioFilePlayer::playVector(std::uint32_t numSamples)
     queue({Event::Kind::progress, static_cast<float>(progress)});
 }
 
-// Under positionMutex. Only published frames are read. Those the disk side has not written yet go out as
-// silence, where the design played whatever the ring held, and are owed: the sound then skips them, to stay
-// in time with the position.
+// Under positionMutex.
 void AudioFilePlayer::renderFromRing(std::uint32_t numSamples)
 {
     const std::uint32_t used = std::min(fileChannels.load(), numChannels);
-    if (used != 0) {
-        // One count of the frames ready for both: a chunk published after it may stand for a time that is
-        // owed, and is only read once the next vector has dropped what it owes.
-        const std::uint64_t ready = fifo.getNumReady();
-        const std::uint64_t dropped = dropFramesPlayedAsSilence(ready);
-        const FrameFifo::Span span = fifo.getReadSpan(std::min<std::uint64_t>(numSamples, ready - dropped));
-        copyRingToOutputs(used, span);
-        if (const std::uint64_t missing = numSamples - span.size()) {
-            for (std::uint32_t channel = 0; channel < used; ++channel)
-                if (isOutputConnected(channel))
-                    std::fill(outputs.getChannel(channel) + span.size(),
-                              outputs.getChannel(channel) + numSamples, 0.0f);
-            // Owed before the frames read are handed back, for the same reason.
-            framesOwed.fetch_add(missing, std::memory_order_acq_rel);
-            underrunFrames.fetch_add(missing, std::memory_order_relaxed);
-        }
-        fifo.finishedRead(span.size());
-    }
+    if (used != 0)
+        readFromRing(used, numSamples);
     for (std::uint32_t channel = used; channel < numChannels; ++channel)
         outputs.fillChannel(channel, 0.0f);
     framesRendered += numSamples;
@@ -98,6 +80,29 @@ void AudioFilePlayer::renderFromRing(std::uint32_t numSamples)
     if (bufferingThread != nullptr && percent <= wakeUpPercent)
         bufferingThread->notify();
     queue({Event::Kind::buffering, percent});
+}
+
+// Under positionMutex. Only published frames are read. Those the disk side has not written yet go out as
+// silence, where the design played whatever the ring held, and are owed: the sound then skips them, to stay
+// in time with the position.
+void AudioFilePlayer::readFromRing(std::uint32_t used, std::uint32_t numSamples)
+{
+    // One count of the frames ready for both: a chunk published after it may stand for a time that is owed,
+    // and is only read once the next vector has dropped what it owes.
+    const std::uint64_t ready = fifo.getNumReady();
+    const std::uint64_t dropped = dropFramesPlayedAsSilence(ready);
+    const FrameFifo::Span span = fifo.getReadSpan(std::min<std::uint64_t>(numSamples, ready - dropped));
+    copyRingToOutputs(used, span);
+    if (const std::uint64_t missing = numSamples - span.size()) {
+        for (std::uint32_t channel = 0; channel < used; ++channel)
+            if (isOutputConnected(channel))
+                std::fill(outputs.getChannel(channel) + span.size(), outputs.getChannel(channel) + numSamples,
+                          0.0f);
+        // Owed before the frames read are handed back, for the reason told at dropFramesPlayedAsSilence.
+        framesOwed.fetch_add(missing, std::memory_order_acq_rel);
+        underrunFrames.fetch_add(missing, std::memory_order_relaxed);
+    }
+    fifo.finishedRead(span.size());
 }
 
 // Under positionMutex. Frames in the ring that stood for a time already played as silence are dropped, out of

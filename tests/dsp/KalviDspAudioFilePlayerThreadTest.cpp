@@ -241,8 +241,8 @@ TEST(AudioFilePlayerBufferingThread, EndsFromItsLongWaitWithinTheDestructorsGrac
 }
 
 // Under the sanitizers: everything the message threads do to a player while another thread renders, a wider
-// file included, whose ring replaces the one the audio thread reads. Left out: resume right after open with
-// loop on, which plays the ring while the disk side fills it, an underrun by design.
+// file included, whose ring replaces the one the audio thread reads, and a resume right after an open with
+// loop on, which plays the ring while the disk side fills it.
 TEST(AudioFilePlayerRaces, OpenSeekRewindAndAWiderFileWhileRendering)
 {
     ScratchFolder folder;
@@ -277,6 +277,9 @@ TEST(AudioFilePlayerRaces, OpenSeekRewindAndAWiderFileWhileRendering)
             player.getInfo(lines);
             EXPECT_EQ(player.getFileName(), "octo.wav");
             player.open(mono.path);
+            player.setLoop(true);
+            player.resume();
+            letItPlay();
             player.seek(100.0f);
             letItPlay();
         }
