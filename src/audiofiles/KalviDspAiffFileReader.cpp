@@ -1,8 +1,10 @@
 #include "audiofiles/KalviDspAiffFileReader.h"
 
+#include "audiofiles/KalviDspAiffMarkerChunk.h"
 #include "audiofiles/KalviDspAiffSampleRate.h"
 #include "audiofiles/KalviDspFourCharacterCode.h"
 #include "audiofiles/KalviDspSampleConversion.h"
+#include "files/KalviDspBufferedInputStream.h"
 #include "files/KalviDspFileReader.h"
 #include "threads/KalviDspException.h"
 
@@ -32,6 +34,7 @@ constexpr std::uint32_t upperCaseFloatId = fourCharacterCode("FL32");
 constexpr std::uint32_t aifcVersion1 = 0xA2805140;
 // Channels, frames, depth and rate: a COMM chunk larger than this holds a compression type.
 constexpr std::uint32_t plainCommonChunkSize = 18;
+constexpr std::int64_t chunkHeaderSize = 8;
 // The block size field of SSND, between the offset and the samples; never read.
 constexpr std::int64_t blockSizeFieldSize = 4;
 
@@ -43,7 +46,7 @@ AiffFileReader::AiffFileReader(const File& file) : AudioFileReader(file)
     metadata.isFloatingPoint = false;
     metadata.formatName = "AIFF File";
     parse();
-    if (!(metadata.sampleRate > 0.0) || metadata.bitsPerSample == 0 || metadata.numChannels == 0)
+    if (!hasAcceptableFormat())
         refuse();
     // A file whose frames could not be read without overflowing a file position, or with frames of no size
     // or wider than the scratch block, is refused rather than read wrongly or for ever.
@@ -64,7 +67,7 @@ void AiffFileReader::refuse() const
 // Every early return leaves the fields as they stand; the constructor's acceptance test judges them.
 void AiffFileReader::parse()
 {
-    FileReader& stream = *fileReader;
+    BufferedInputStream stream(*fileReader);
     if (stream.readUnsignedInt() != formId)
         return;
     const std::uint32_t formSize = stream.readUnsignedIntBigEndian();
@@ -75,31 +78,33 @@ void AiffFileReader::parse()
     const std::int64_t limit = start + formSize;
     if (stream.getPosition() >= limit)
         return;
-    walkChunks(limit);
+    walkChunks(stream, limit);
 }
 
-// Bounded: every turn moves at least past a chunk header, and at the end of the file the identifier reads as
-// 0, which stops the walk as an exhausted stream.
+// Bounded: every turn moves at least past a whole chunk header, and a header cut short ends the walk, so a
+// file of n bytes takes at most n / 8 + 1 turns, even when it shrinks under the walk.
 //
 // The early stop is kept: once COMM, SSND and FVER were all met, the first other chunk ends the walk, so in
 // an AIFC file a MARK behind COMM and SSND is never read.
-void AiffFileReader::walkChunks(std::int64_t limit)
+void AiffFileReader::walkChunks(InputStream& stream, std::int64_t limit)
 {
-    FileReader& stream = *fileReader;
     bool seenCommon = false;
     bool seenSoundData = false;
     bool seenVersion = false;
     while (stream.getPosition() < limit) {
+        const std::int64_t headerStart = stream.getPosition();
         const std::uint32_t id = stream.readUnsignedInt();
         const std::uint32_t size = stream.readUnsignedIntBigEndian();
+        if (stream.getPosition() != headerStart + chunkHeaderSize)
+            return;
         // No pad byte is added behind an odd size: the walk then goes on one byte early, as it always did, so
         // files read the same as they always were.
         const std::int64_t chunkEnd = stream.getPosition() + size;
         if (id == soundDataId) {
-            readSoundDataChunk(size);
+            readSoundDataChunk(stream, size);
             seenSoundData = true;
         } else if (id == commonId) {
-            if (!readCommonChunk(size))
+            if (!readCommonChunk(stream, size))
                 return;
             seenCommon = true;
         } else if (id == versionId) {
@@ -113,7 +118,7 @@ void AiffFileReader::walkChunks(std::int64_t limit)
             if (stream.isExhausted())
                 return;
             if (id == markerId)
-                readMarkerChunk();
+                readAiffMarkerChunk(stream, size, metadata);
         }
         stream.setPosition(chunkEnd);
     }
@@ -122,9 +127,8 @@ void AiffFileReader::walkChunks(std::int64_t limit)
 // False when the walk is to stop: a rate out of the conversion's range or an unknown compression type. Both
 // leave the rate at 0, so that the file is refused even behind an earlier sound COMM. Fields beyond the end
 // of a truncated file read as 0, which the acceptance test then refuses.
-bool AiffFileReader::readCommonChunk(std::uint32_t chunkSize)
+bool AiffFileReader::readCommonChunk(InputStream& stream, std::uint32_t chunkSize)
 {
-    FileReader& stream = *fileReader;
     const std::int32_t channels = stream.readShortBigEndian();
     const std::int32_t frames = stream.readIntBigEndian();
     const std::int32_t depth = stream.readShortBigEndian();
@@ -147,12 +151,12 @@ bool AiffFileReader::readCommonChunk(std::uint32_t chunkSize)
         isLittleEndian = false;
         return true;
     }
-    return readCompressionType();
+    return readCompressionType(stream);
 }
 
-bool AiffFileReader::readCompressionType()
+bool AiffFileReader::readCompressionType(InputStream& stream)
 {
-    const std::uint32_t type = fileReader->readUnsignedInt();
+    const std::uint32_t type = stream.readUnsignedInt();
     if (type == noCompressionId || type == twosComplementId) {
         isLittleEndian = false;
     } else if (type == byteSwappedId) {
@@ -168,9 +172,8 @@ bool AiffFileReader::readCompressionType()
 }
 
 // SSND before COMM still places the samples, but the length then is COMM's, unchecked against this chunk.
-void AiffFileReader::readSoundDataChunk(std::uint32_t chunkSize)
+void AiffFileReader::readSoundDataChunk(InputStream& stream, std::uint32_t chunkSize)
 {
-    FileReader& stream = *fileReader;
     const std::int32_t offset = stream.readIntBigEndian();
     // A negative sum stands for a position before the file's start, which the constructor's check of the
     // layout refuses.
@@ -181,25 +184,6 @@ void AiffFileReader::readSoundDataChunk(std::uint32_t chunkSize)
                                                       chunkSize / static_cast<std::uint32_t>(bytesPerFrame));
     else
         metadata.numSamples = 0;
-}
-
-// Markers keep the file's order; their positions are not checked against the length.
-void AiffFileReader::readMarkerChunk()
-{
-    FileReader& stream = *fileReader;
-    const auto count = static_cast<std::uint16_t>(stream.readShortBigEndian());
-    for (std::uint32_t index = 0; index < count; ++index) {
-        AudioFilesMetadata::Marker marker;
-        marker.identifier = static_cast<std::uint32_t>(std::int32_t{stream.readShortBigEndian()});
-        marker.position = stream.readUnsignedIntBigEndian();
-        const auto length = static_cast<std::uint8_t>(stream.readByte());
-        marker.name.resize(length);
-        marker.name.resize(static_cast<std::size_t>(stream.read(marker.name.data(), length)));
-        // The length byte and the name take an even number of bytes.
-        if (length % 2 == 0)
-            stream.skipNextBytes(1);
-        metadata.addMarker(marker);
-    }
 }
 
 InterleavedFrameReader::Layout AiffFileReader::getLayout() const

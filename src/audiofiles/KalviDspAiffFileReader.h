@@ -3,6 +3,7 @@
 #include "audiofiles/KalviDspAudioFileReader.h"
 #include "audiofiles/KalviDspInterleavedFrameReader.h"
 #include "files/KalviDspFile.h"
+#include "files/KalviDspInputStream.h"
 #include "text/KalviDspString.h"
 
 #include <cstdint>
@@ -27,11 +28,10 @@ protected:
 private:
     [[noreturn]] void refuse() const;
     void parse();
-    void walkChunks(std::int64_t limit);
-    bool readCommonChunk(std::uint32_t chunkSize);
-    bool readCompressionType();
-    void readSoundDataChunk(std::uint32_t chunkSize);
-    void readMarkerChunk();
+    void walkChunks(InputStream& stream, std::int64_t limit);
+    bool readCommonChunk(InputStream& stream, std::uint32_t chunkSize);
+    bool readCompressionType(InputStream& stream);
+    void readSoundDataChunk(InputStream& stream, std::uint32_t chunkSize);
     InterleavedFrameReader::Layout getLayout() const;
     InterleavedFrameReader::Converter getConverter() const;
 

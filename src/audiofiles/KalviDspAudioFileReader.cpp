@@ -106,9 +106,13 @@ std::unique_ptr<AudioFileReader> AudioFileReader::create(const File& file)
 
 bool AudioFileReader::isAcceptable(const AudioFileReader* reader)
 {
-    return reader != nullptr && reader->metadata.formatName != unknownFileType &&
-           reader->metadata.sampleRate > 0.0 && reader->metadata.bitsPerSample != 0 &&
-           reader->metadata.numChannels != 0;
+    return reader != nullptr && reader->metadata.formatName != unknownFileType && reader->hasAcceptableFormat();
+}
+
+bool AudioFileReader::hasAcceptableFormat() const
+{
+    return metadata.sampleRate > 0.0 && metadata.bitsPerSample != 0 && metadata.numChannels != 0 &&
+           metadata.numChannels <= maxNumChannels;
 }
 
 std::unique_ptr<AudioFileReader> AudioFileReader::createWavReader(const File& file)

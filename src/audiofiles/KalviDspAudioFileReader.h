@@ -19,6 +19,10 @@ class AudioFileReader : public AudioFilesManager
 public:
     ~AudioFileReader() override;
 
+    // Wider files are refused: every read goes through scratch of one sample per channel per frame, and no
+    // output of the package comes near this many.
+    static constexpr std::uint32_t maxNumChannels = 1024;
+
     // Null only for an empty path. Throws Exception for a missing file, a folder, a file refused by its
     // reader, and one that no reader takes.
     static std::unique_ptr<AudioFileReader> create(const File& file);
@@ -58,6 +62,9 @@ protected:
     // Writes numSamples 32-bit words into each channel array up to the first null entry: left-justified
     // signed integers, or floats when metadata.isFloatingPoint is set, and zeros behind the end of the file.
     virtual bool readRawSamples(int** channels, std::uint64_t numSamples, std::uint64_t position) = 0;
+
+    // The acceptance test of every reader: a rate above 0, a depth, and 1 to maxNumChannels channels.
+    bool hasAcceptableFormat() const;
 
     // Declared first so that it is destroyed last.
     std::unique_ptr<FileReader> fileReader;

@@ -4,6 +4,7 @@
 #include "audiofiles/KalviDspSampleConversion.h"
 #include "audiofiles/KalviDspWavBextRecord.h"
 #include "audiofiles/KalviDspWavChnaParser.h"
+#include "files/KalviDspBufferedInputStream.h"
 #include "files/KalviDspFileReader.h"
 #include "threads/KalviDspException.h"
 
@@ -50,6 +51,7 @@ constexpr Subformat pcmSubformat{0x01, 0x00, 0x00, 0x00, 0x00, 0x00, 0x10, 0x00,
 constexpr Subformat ambisonicPcmSubformat{0x01, 0x00, 0x00, 0x00, 0x21, 0x07, 0xD3, 0x11,
                                           0x86, 0x44, 0xC8, 0xC1, 0xCA, 0x00, 0x00, 0x00};
 
+constexpr std::int64_t chunkHeaderSize = 8;
 constexpr std::uint32_t minimumDs64Size = 28;
 constexpr std::uint32_t minimumExtensibleFormatSize = 40;
 // Depths above this are distrusted and taken from the average bytes per second.
@@ -68,7 +70,7 @@ WavFileReader::WavFileReader(const File& file) : AudioFileReader(file)
     metadata.isFloatingPoint = false;
     metadata.formatName = "WAV File";
     parseHeader();
-    if (!(metadata.sampleRate > 0.0) || metadata.bitsPerSample == 0 || metadata.numChannels == 0)
+    if (!hasAcceptableFormat())
         refuse();
     // Sizes that the reads could not serve are refused: a frame wider than the scratch block; frames counted
     // under a format that a later format chunk made unreadable, which leaves them of no size; and frames
@@ -90,7 +92,7 @@ void WavFileReader::refuse() const
 // Every early return leaves the fields as they stand; the constructor's acceptance test judges them.
 void WavFileReader::parseHeader()
 {
-    FileReader& stream = *fileReader;
+    BufferedInputStream stream(*fileReader);
     metadata.isRF64 = false;
     std::int64_t limit = 0;
     const std::uint32_t headerId = stream.readUnsignedInt();
@@ -109,14 +111,13 @@ void WavFileReader::parseHeader()
     if (stream.readUnsignedInt() != waveId)
         return;
     if (metadata.isRF64)
-        limit = readDs64Chunk(start);
-    walkChunks(limit);
+        limit = readDs64Chunk(stream, start);
+    walkChunks(stream, limit);
 }
 
 // Without a sound ds64 chunk the limit stays 0, the walk does not run, and the file has no format.
-std::int64_t WavFileReader::readDs64Chunk(std::int64_t start)
+std::int64_t WavFileReader::readDs64Chunk(InputStream& stream, std::int64_t start)
 {
-    FileReader& stream = *fileReader;
     if (stream.readUnsignedInt() != ds64Id)
         return 0;
     const std::uint32_t size = stream.readUnsignedInt();
@@ -132,30 +133,32 @@ std::int64_t WavFileReader::readDs64Chunk(std::int64_t start)
     return riffSize + start;
 }
 
-// Bounded: each turn reads a chunk header and never moves back, and the walk ends when the stream is
-// exhausted, so a file of n bytes takes at most n / 8 + 1 turns.
-void WavFileReader::walkChunks(std::int64_t limit)
+// Bounded: each turn reads a whole chunk header and never moves back, and the walk ends at a header cut
+// short, so a file of n bytes takes at most n / 8 + 1 turns, even when it shrinks under the walk.
+void WavFileReader::walkChunks(InputStream& stream, std::int64_t limit)
 {
-    FileReader& stream = *fileReader;
     while (stream.getPosition() < limit) {
         if (stream.isExhausted())
             return;
+        const std::int64_t headerStart = stream.getPosition();
         const std::uint32_t id = stream.readUnsignedInt();
         const std::uint32_t size = stream.readUnsignedInt();
         const std::int64_t position = stream.getPosition();
+        if (position != headerStart + chunkHeaderSize)
+            return;
         const std::int64_t next = getChunkEnd(position, size);
 
         if (id == fmtId) {
-            parseFormat(size);
+            parseFormat(stream, size);
         } else if (id == dataId) {
-            takeDataChunk(size);
+            takeDataChunk(position, size);
         } else if (id == bextId) {
             WavBextRecord record;
             record.read(stream, size);
             bextFields = record.toStringPairArray();
             metadata.isBWF = !bextFields.keys.empty();
         } else if (id == axmlId) {
-            readAxmlChunk(size);
+            readAxmlChunk(stream, size);
         } else if (id == chnaId) {
             chnaChunk = parseChnaChunk(stream, size);
         } else if (!isSkippedChunk(id) && next <= position) {
@@ -166,9 +169,8 @@ void WavFileReader::walkChunks(std::int64_t limit)
     }
 }
 
-void WavFileReader::parseFormat(std::uint32_t chunkSize)
+void WavFileReader::parseFormat(InputStream& stream, std::uint32_t chunkSize)
 {
-    FileReader& stream = *fileReader;
     const auto tag = static_cast<std::uint16_t>(stream.readShort());
     metadata.numChannels = static_cast<std::uint16_t>(stream.readShort());
     metadata.sampleRate = static_cast<double>(stream.readInt());
@@ -189,7 +191,7 @@ void WavFileReader::parseFormat(std::uint32_t chunkSize)
     if (tag == floatTag)
         metadata.isFloatingPoint = true;
     else if (tag == extensibleTag)
-        parseExtensibleFormat(chunkSize);
+        parseExtensibleFormat(stream, chunkSize);
     else
         bytesPerFrame = 0;
 }
@@ -209,13 +211,12 @@ void WavFileReader::computeFrameSizeFromAverageBytes(std::uint32_t averageBytesP
     metadata.bitsPerSample = static_cast<std::int32_t>(frameSize * 8 / metadata.numChannels);
 }
 
-void WavFileReader::parseExtensibleFormat(std::uint32_t chunkSize)
+void WavFileReader::parseExtensibleFormat(InputStream& stream, std::uint32_t chunkSize)
 {
     if (chunkSize < minimumExtensibleFormatSize) {
         bytesPerFrame = 0;
         return;
     }
-    FileReader& stream = *fileReader;
     stream.readShort();       // extension size
     stream.readShort();       // valid bits
     stream.readUnsignedInt(); // channel mask
@@ -232,18 +233,17 @@ void WavFileReader::parseExtensibleFormat(std::uint32_t chunkSize)
 }
 
 // The length is fixed here, with the frame size known so far: a data chunk before the format has none.
-void WavFileReader::takeDataChunk(std::uint32_t chunkSize)
+void WavFileReader::takeDataChunk(std::int64_t contentStart, std::uint32_t chunkSize)
 {
     if (!metadata.isRF64)
         dataSize = chunkSize;
-    dataOffset = static_cast<std::uint64_t>(fileReader->getPosition());
+    dataOffset = static_cast<std::uint64_t>(contentStart);
     metadata.numSamples = bytesPerFrame > 0 ? static_cast<std::uint64_t>(dataSize / bytesPerFrame) : 0;
 }
 
 // Up to the size stated, no further than the end of the file.
-void WavFileReader::readAxmlChunk(std::uint32_t chunkSize)
+void WavFileReader::readAxmlChunk(InputStream& stream, std::uint32_t chunkSize)
 {
-    FileReader& stream = *fileReader;
     const std::int64_t remaining = std::max<std::int64_t>(stream.getTotalLength() - stream.getPosition(), 0);
     const std::int64_t size = std::min<std::int64_t>(chunkSize, remaining);
     axmlText.resize(static_cast<std::size_t>(size));

@@ -4,6 +4,7 @@
 #include "audiofiles/KalviDspChnaChunk.h"
 #include "audiofiles/KalviDspInterleavedFrameReader.h"
 #include "files/KalviDspFile.h"
+#include "files/KalviDspInputStream.h"
 #include "text/KalviDspString.h"
 #include "text/KalviDspStringPairArray.h"
 
@@ -35,13 +36,13 @@ protected:
 private:
     [[noreturn]] void refuse() const;
     void parseHeader();
-    std::int64_t readDs64Chunk(std::int64_t start);
-    void walkChunks(std::int64_t limit);
-    void parseFormat(std::uint32_t chunkSize);
+    std::int64_t readDs64Chunk(InputStream& stream, std::int64_t start);
+    void walkChunks(InputStream& stream, std::int64_t limit);
+    void parseFormat(InputStream& stream, std::uint32_t chunkSize);
     void computeFrameSizeFromAverageBytes(std::uint32_t averageBytesPerSecond);
-    void parseExtensibleFormat(std::uint32_t chunkSize);
-    void takeDataChunk(std::uint32_t chunkSize);
-    void readAxmlChunk(std::uint32_t chunkSize);
+    void parseExtensibleFormat(InputStream& stream, std::uint32_t chunkSize);
+    void takeDataChunk(std::int64_t contentStart, std::uint32_t chunkSize);
+    void readAxmlChunk(InputStream& stream, std::uint32_t chunkSize);
     InterleavedFrameReader::Layout getLayout() const;
     InterleavedFrameReader::Converter getConverter() const;
 

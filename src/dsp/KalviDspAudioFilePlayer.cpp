@@ -29,11 +29,11 @@ using Lock = std::lock_guard<std::recursive_mutex>;
 AudioFilePlayer::AudioFilePlayer(std::uint32_t numChannels, std::uint64_t bufferSize)
     : AudioProcessorWithOscInAudioInterrupt(0, numChannels + 1), numChannels(numChannels),
       bufferCapacity(std::clamp(bufferSize, minimumBufferCapacity, maximumBufferCapacity)),
-      ring(std::make_unique<AudioBuffer>(numChannels, bufferCapacity)), ringChannels(numChannels),
-      fifo(bufferCapacity), vectorSizeOfDiskSide(getVectorSize())
+      ring(numChannels, bufferCapacity), discardedSamples(1, largestChunk), fifo(bufferCapacity),
+      vectorSizeOfDiskSide(getVectorSize())
 {
-    ring->setNumSamples(bufferCapacity);
-    ring->clear();
+    ring.setNumSamples(bufferCapacity);
+    ring.clear();
     outputs.resize(numChannels + 1, getVectorSize());
     bufferingThread = createBufferingThread();
     if (bufferingThread == nullptr)
@@ -67,33 +67,27 @@ void AudioFilePlayer::open(const File& file)
 }
 
 // Whatever can fail or take long happens before any lock, so that a failure leaves everything as it was.
-// A wider file gets a new ring rather than a resize of the old one, which would free the storage under a
-// vector being rendered; its samples start at zero.
 void AudioFilePlayer::open(std::unique_ptr<AudioFileReader> newReader)
 {
     if (newReader == nullptr)
         throw Exception("Couldnt open file " + String().quoted(), __FILE__, __LINE__);
     auto newMarkers = std::make_unique<MarkerSpanIndex>(newReader->getMetadata());
-    std::unique_ptr<AudioBuffer> widerRing;
-    if (newReader->getNumChannels() > getNumChannelsInRing())
-        widerRing = std::make_unique<AudioBuffer>(newReader->getNumChannels(), bufferCapacity);
+    Vector<float*> newDiskChannels(newReader->getNumChannels());
     // Stopped before the locks, as seek does, so that the audio thread stands still instead of finding them
     // taken. A player without a file keeps its flag.
     if (fileIsOpen)
         playing = false;
-    swapInReader(std::move(newReader), std::move(newMarkers), widerRing);
+    swapInReader(std::move(newReader), std::move(newMarkers), newDiskChannels);
     bufferingThread->notify();
 }
 
-// The reader, markers and ring that are replaced are destroyed once the locks are released. The ring is not
+// The reader and markers that are replaced are destroyed once the locks are released. The ring is not
 // cleared: no frame of it can be read before the disk side has written it again.
 void AudioFilePlayer::swapInReader(std::unique_ptr<AudioFileReader> newReader,
-                                   std::unique_ptr<MarkerSpanIndex> newMarkers,
-                                   std::unique_ptr<AudioBuffer>& widerRing)
+                                   std::unique_ptr<MarkerSpanIndex> newMarkers, Vector<float*>& newDiskChannels)
 {
     std::unique_ptr<AudioFileReader> oldReader;
     std::unique_ptr<MarkerSpanIndex> oldMarkers;
-    std::unique_ptr<AudioBuffer> oldRing;
     const Lock positionGuard(positionMutex);
     const Lock diskGuard(diskMutex);
     if (reader != nullptr) {
@@ -107,11 +101,7 @@ void AudioFilePlayer::swapInReader(std::unique_ptr<AudioFileReader> newReader,
         oldMarkers = std::exchange(markers, std::move(newMarkers));
         ++markersGeneration;
     }
-    // The ring never shrinks; another open may have widened it meanwhile.
-    if (widerRing != nullptr && widerRing->getNumChannels() > ring->getNumChannels()) {
-        oldRing = std::exchange(ring, std::move(widerRing));
-        ringChannels = ring->getNumChannels();
-    }
+    std::swap(diskChannels, newDiskChannels);
     totalSamples = reader->getNumSamples();
     fileChannels = reader->getNumChannels();
     regionLength = 0;
@@ -294,7 +284,7 @@ float AudioFilePlayer::getBufferingPercentage() const
 
 std::uint32_t AudioFilePlayer::getNumChannelsInRing() const
 {
-    return ringChannels;
+    return ring.getNumChannels();
 }
 
 String AudioFilePlayer::getOutputName(std::int32_t index) const

@@ -106,7 +106,7 @@ public:
     // The occupancy in percent of the capacity, at most 100.
     float getBufferingPercentage() const;
     std::uint64_t getBufferCapacity() const noexcept { return bufferCapacity; }
-    // The channels of the ring: those of the player, or of the widest file opened so far.
+    // The channels of the ring: those of the player's outputs, whatever the file holds.
     std::uint32_t getNumChannelsInRing() const;
     bool isPlaying() const noexcept { return playing; }
     bool isLooping() const noexcept { return loop; }
@@ -150,7 +150,7 @@ private:
 
     // Message threads.
     void swapInReader(std::unique_ptr<AudioFileReader> newReader, std::unique_ptr<MarkerSpanIndex> newMarkers,
-                      std::unique_ptr<AudioBuffer>& widerRing);
+                      Vector<float*>& newDiskChannels);
     void resetPositions(std::uint64_t fileFrame);
     std::uint64_t getFrameAt(float ms) const;
     void startRegion(std::uint64_t start, std::uint64_t end);
@@ -163,6 +163,7 @@ private:
     void skipFramesPlayedAsSilence();
     void readChunk(std::uint64_t numSamples);
     void readBlocks(const FrameFifo::Span& span, std::uint64_t fileFrame);
+    bool readIntoRing(std::uint64_t ringFrame, std::uint64_t numSamples, std::uint64_t fileFrame);
     void zeroBlocks(const FrameFifo::Span& span);
     void reportAudioThreadFaults();
 
@@ -187,13 +188,18 @@ private:
     void tellEndOfFile();
     void tellMarkers(const Event& event);
 
+    // The most frames that the disk side reads in one pass.
+    static constexpr std::uint64_t largestChunk = 4096;
+
     const std::uint32_t numChannels;
     const std::uint64_t bufferCapacity;
-    // The samples; their positions are in fifo. Swapped for a wider one under positionMutex and diskMutex,
-    // the only locks under which the two sides touch it, and freed behind them.
-    std::unique_ptr<AudioBuffer> ring;
-    // The ring's channel count, for open to ask without waiting for a read in progress.
-    std::atomic<std::uint32_t> ringChannels;
+    // The samples, one channel per output; their positions are in fifo.
+    AudioBuffer ring;
+    // Under diskMutex: where a read puts each channel of the file, and the scratch channel that takes the
+    // file's channels beyond the outputs.
+    Vector<float*> diskChannels;
+    AudioBufferReference diskView;
+    AudioBuffer discardedSamples;
     FrameFifo fifo;
     // Under diskMutex; replaced under positionMutex and diskMutex.
     std::unique_ptr<AudioFileReader> reader;

@@ -15,7 +15,6 @@ namespace vlk {
 namespace {
 
 // The largest chunk that one pass of the disk side reads.
-constexpr std::uint64_t largestChunk = 4096;
 constexpr std::int64_t toleratedVectorsAhead = 10;
 
 const char* const remainingSamplesBugText = "AudioFilePlayer::getRemainingSamplesInAudioFile() : bug ? ";
@@ -127,11 +126,11 @@ void AudioFilePlayer::readChunk(std::uint64_t numSamples)
 void AudioFilePlayer::readBlocks(const FrameFifo::Span& span, std::uint64_t fileFrame)
 {
     bool failed = false;
-    if (!reader->readSamples(*ring, span.start1, span.count1, fileFrame)) {
+    if (!readIntoRing(span.start1, span.count1, fileFrame)) {
         zeroBlocks(span.part(0, span.count1));
         failed = true;
     }
-    if (!reader->readSamples(*ring, span.start2, span.count2, fileFrame + span.count1)) {
+    if (!readIntoRing(span.start2, span.count2, fileFrame + span.count1)) {
         zeroBlocks(span.part(span.count1, span.count2));
         failed = true;
     }
@@ -139,13 +138,31 @@ void AudioFilePlayer::readBlocks(const FrameFifo::Span& span, std::uint64_t file
         logMessage("AudioFilePlayer::readSamplesFromDisk() Error reading samples in " + getFileName());
 }
 
-// Under diskMutex. Channels of the file beyond the outputs never leave the ring and are left as they are.
+// Under diskMutex. The file's channels beyond the outputs are read into one scratch channel that nobody reads,
+// so that the ring costs what the outputs need, whatever number of channels a file claims.
+bool AudioFilePlayer::readIntoRing(std::uint64_t ringFrame, std::uint64_t numSamples, std::uint64_t fileFrame)
+{
+    const auto channelsInFile = static_cast<std::uint32_t>(diskChannels.size());
+    for (std::uint64_t done = 0; done < numSamples;) {
+        const std::uint64_t count = std::min(numSamples - done, largestChunk);
+        for (std::uint32_t channel = 0; channel < channelsInFile; ++channel)
+            diskChannels[channel] = channel < numChannels ? ring.getChannel(channel) + ringFrame + done
+                                                          : discardedSamples.getChannel(0);
+        diskView.setChannels(diskChannels.data(), channelsInFile, count, 0);
+        if (!reader->readSamples(diskView, 0, count, fileFrame + done))
+            return false;
+        done += count;
+    }
+    return true;
+}
+
+// Under diskMutex.
 void AudioFilePlayer::zeroBlocks(const FrameFifo::Span& span)
 {
     const std::uint32_t used = std::min(fileChannels.load(), numChannels);
     for (std::uint32_t channel = 0; channel < used; ++channel) {
-        fill(ring->getChannel(channel) + span.start1, span.count1, 0.0f);
-        fill(ring->getChannel(channel) + span.start2, span.count2, 0.0f);
+        fill(ring.getChannel(channel) + span.start1, span.count1, 0.0f);
+        fill(ring.getChannel(channel) + span.start2, span.count2, 0.0f);
     }
 }
 

@@ -124,7 +124,7 @@ void AudioFilePlayer::copyRingToOutputs(std::uint32_t used, const FrameFifo::Spa
     for (std::uint32_t channel = 0; channel < used; ++channel) {
         if (!isOutputConnected(channel))
             continue;
-        const float* const samples = ring->getChannel(channel);
+        const float* const samples = ring.getChannel(channel);
         outputs.copyToChannel(channel, 0, samples + span.start1, span.count1, 1.0f);
         outputs.copyToChannel(channel, span.count1, samples + span.start2, span.count2, 1.0f);
     }

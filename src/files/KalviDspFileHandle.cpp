@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace vlk {
@@ -21,9 +22,21 @@ int openOrThrow(const File& file, int flags)
 
 } // namespace
 
+// Only regular files are read. O_NONBLOCK keeps the open of a FIFO from waiting for a writer that may never
+// come; it changes nothing for a regular file's reads.
 int openForReading(const File& file)
 {
-    return translateExceptions([&] { return openOrThrow(file, O_RDONLY); });
+    return translateExceptions([&] {
+        const int descriptor = openOrThrow(file, O_RDONLY | O_NONBLOCK);
+        struct stat info
+        {
+        };
+        if (::fstat(descriptor, &info) != 0 || !S_ISREG(info.st_mode)) {
+            ::close(descriptor);
+            throw Exception("Couldnt open file " + file.getFullPathName().quoted(), __FILE__, __LINE__);
+        }
+        return descriptor;
+    });
 }
 
 int openForWriting(const File& file)

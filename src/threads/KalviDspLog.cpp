@@ -18,6 +18,11 @@ constexpr int logMask = 63;
 
 } // namespace
 
+void setLogDestination(LogDestination destination) noexcept
+{
+    logDestination = static_cast<int>(destination);
+}
+
 void logMessage(const String& text) noexcept
 {
     // The system log's calls are cancellation points, and this function may not unwind: a thread cancelled

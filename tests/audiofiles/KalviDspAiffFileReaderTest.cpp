@@ -141,13 +141,19 @@ TEST(AiffFileReaderRefusal, LayoutsThatNoReadCouldServe)
 {
     const ScratchFolder scratch;
     const std::string refusal = makeAiffRefusalText(scratch / "refused.aif");
-    // 1441 channels of 32 bits make a frame wider than the 5760-byte scratch block; 1440 fill it.
+    // 961 channels of 48 bits make a frame wider than the 5760-byte scratch block; 960 fill it.
     EXPECT_EQ(
-        getAiffRefusal(scratch, makeFormFile("AIFF", common(1441, 1, 32) + soundData(std::string(5764, 1)))),
+        getAiffRefusal(scratch, makeFormFile("AIFF", common(961, 1, 48) + soundData(std::string(5766, 1)))),
         refusal);
     EXPECT_EQ(
-        getAiffRefusal(scratch, makeFormFile("AIFF", common(1440, 1, 32) + soundData(std::string(5760, 1)))),
+        getAiffRefusal(scratch, makeFormFile("AIFF", common(960, 1, 48) + soundData(std::string(5760, 1)))),
         "");
+    // Channel counts beyond 1024, and negative ones, which widen to billions.
+    EXPECT_EQ(getAiffRefusal(scratch, makeFormFile("AIFF", common(1025, 1, 8) + soundData(std::string(1025, 1)))),
+              refusal);
+    EXPECT_EQ(getAiffRefusal(scratch, makeFormFile("AIFF", common(1024, 1, 8) + soundData(std::string(1024, 1)))),
+              "");
+    EXPECT_EQ(getAiffRefusal(scratch, makeFormFile("AIFF", common(0xFFFE, 0, 0xFFF0))), refusal);
     // An offset that places the first sample before the start of the file.
     EXPECT_EQ(getAiffRefusal(scratch, makeFormFile("AIFF", common(1, 2, 16) +
                                                                makeAiffChunk("SSND", bigEndian32(0xFFFFFF00) +

@@ -114,16 +114,27 @@ TEST(WavFileReaderRefusal, DistrustedDepthThatWouldDivideByZero)
 TEST(WavFileReaderRefusal, FrameLargerThanTheScratchBlock)
 {
     const ScratchFolder scratch;
-    // 1441 channels of 32 bits make 5764 bytes a frame; 1440 make exactly one block.
-    const std::string data = makeChunk("data", std::string(5764 * 2, '\1'));
-    expectRefused(scratch, makeRiffFile(makeChunk("fmt ", makeFormatContent(1, 1441, 48000, 32)) + data),
-                  "1441 channels");
+    // 721 channels of 64 bits make 5768 bytes a frame; 720 make exactly one block.
+    const std::string data = makeChunk("data", std::string(5768 * 2, '\1'));
+    expectRefused(scratch, makeRiffFile(makeChunk("fmt ", makeFormatContent(1, 721, 48000, 64)) + data),
+                  "721 channels of 64 bits");
     expectRefused(
         scratch, makeRiffFile(makeChunk("fmt ", makeFormatContent(1, 2, 48000, 0xFFFF, 48000 * 5762)) + data),
         "5762 bytes from the average bytes per second");
     EXPECT_EQ(
-        getLength(scratch, makeRiffFile(makeChunk("fmt ", makeFormatContent(1, 1440, 48000, 32)) + data)),
+        getLength(scratch, makeRiffFile(makeChunk("fmt ", makeFormatContent(1, 720, 48000, 64)) + data)),
         2u);
+}
+
+TEST(WavFileReaderRefusal, MoreThan1024Channels)
+{
+    const ScratchFolder scratch;
+    const std::string data = makeChunk("data", std::string(5760, '\1'));
+    for (const std::uint16_t channels : {1025, 5760, 65535})
+        expectRefused(scratch, makeRiffFile(makeChunk("fmt ", makeFormatContent(1, channels, 48000, 8)) + data),
+                      std::to_string(channels) + " channels");
+    EXPECT_EQ(getLength(scratch, makeRiffFile(makeChunk("fmt ", makeFormatContent(1, 1024, 48000, 8)) + data)),
+              5u);
 }
 
 TEST(WavFileReaderRefusal, SizesBeyondTheRangeOfFilePositions)
