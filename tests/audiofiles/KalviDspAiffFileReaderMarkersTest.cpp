@@ -158,3 +158,41 @@ TEST(AiffFileReaderMarkers, CuePointsOfAnIndependentWriter)
         EXPECT_EQ(reader->getNumSamples(), 1000u);
     }
 }
+
+// A MARK chunk's count is believed only as far as its records lie within the chunk: a count of 65535 in a
+// chunk of two records gives two markers, and the chunks behind it are read as they stand.
+TEST(AiffFileReaderMarkers, CountIsBoundedByTheChunksRecords)
+{
+    const ScratchFolder scratch;
+    const std::vector<MarkerSpec> two{{1, 10, "a"}, {2, 20, "bc"}};
+    std::string content = makeMarkerContent(two);
+    content.replace(0, 2, bigEndian16(65535));
+    const auto reader =
+        openAiffImage(scratch, makeFormFile("AIFF", common() + makeAiffChunk("MARK", content) + soundData()));
+    EXPECT_EQ(getMarkers(*reader), two);
+    EXPECT_EQ(reader->getNumSamples(), 4u);
+
+    // A record whose name runs past the chunk's end makes no marker; the pad byte of the last name may be
+    // missing.
+    std::string cut = makeMarkerContent({{1, 10, "a"}, {2, 20, "long name"}});
+    cut.resize(cut.size() - 3);
+    EXPECT_EQ(getMarkers(*openAiffImage(scratch, makeFormFile("AIFF", common() + soundData() +
+                                                                          makeAiffChunk("MARK", cut)))),
+              (std::vector<MarkerSpec>{{1, 10, "a"}}));
+    std::string unpadded = makeMarkerContent({{1, 10, "ab"}});
+    unpadded.pop_back();
+    EXPECT_EQ(getMarkers(*openAiffImage(scratch, makeFormFile("AIFF", common() + soundData() +
+                                                                          makeAiffChunk("MARK", unpadded)))),
+              (std::vector<MarkerSpec>{{1, 10, "ab"}}));
+}
+
+// Markers of all MARK chunks together stop at the most that one chunk can state.
+TEST(AiffFileReaderMarkers, AllChunksTogetherGiveAtMost65535Markers)
+{
+    const ScratchFolder scratch;
+    const std::vector<MarkerSpec> many(30000, MarkerSpec{1, 5, ""});
+    const std::string chunk = markers(many);
+    const auto reader =
+        openAiffImage(scratch, makeFormFile("AIFF", common() + soundData() + chunk + chunk + chunk));
+    EXPECT_EQ(reader->getMetadata().getNumMarkers(), 65535u);
+}

@@ -125,6 +125,19 @@ TEST(WavFileReaderBext, ChunkCutByTheEndOfTheFileStillMakesABwf)
     EXPECT_EQ(reader->getNumSamples(), 2u);
 }
 
+// Empty bext chunks by the hundred thousand, each read past its end as the fixed fields ask: every one is
+// walked, and the format and samples behind them are found.
+TEST(WavFileReaderBext, HundredThousandEmptyChunksAreWalked)
+{
+    const ScratchFolder scratch;
+    std::string chunks;
+    for (int index = 0; index < 100000; ++index)
+        chunks += makeChunk("bext", "");
+    const auto reader = openWavImage(scratch, makeRiffFile(chunks + monoFormat() + monoData()));
+    EXPECT_TRUE(reader->getMetadata().isBWF);
+    EXPECT_EQ(reader->getNumSamples(), 2u);
+}
+
 TEST(WavFileReaderBext, Rf64WithBextIsDescribedWithBothFlags)
 {
     const ScratchFolder scratch;

@@ -4,6 +4,10 @@
 
 #include <gtest/gtest.h>
 #include <memory>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 using vlk::File;
 using vlk::FileReader;
@@ -38,6 +42,30 @@ TEST(FileReaderOpening, AbsentFileAndFolderAreRefused)
             EXPECT_EQ(exception.message, "File \"" + path + "\" does not exist");
         }
     }
+}
+
+// A FIFO would keep the open waiting for a writer, a device would read for ever: only regular files are read,
+// and the rest is refused at once.
+TEST(FileReaderOpening, AnythingButARegularFileIsRefusedAtOnce)
+{
+    const ScratchFolder scratch;
+    const std::string fifo = scratch / "x.wav";
+    ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+    const std::string socketPath = scratch / "socket.wav";
+    const int socketDescriptor = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    socketPath.copy(address.sun_path, sizeof(address.sun_path) - 1);
+    ASSERT_EQ(::bind(socketDescriptor, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
+    for (const std::string& path : {fifo, std::string("/dev/zero"), socketPath}) {
+        try {
+            FileReader reader{File(path)};
+            ADD_FAILURE() << "no exception for " << path;
+        } catch (const vlk::Exception& exception) {
+            EXPECT_EQ(exception.message, "Couldnt open file \"" + path + "\"");
+        }
+    }
+    ::close(socketDescriptor);
 }
 
 TEST(FileReaderPosition, SetPositionClampsToTheFile)
