@@ -160,3 +160,31 @@ TEST_F(AudioFilePlayerMarkers, AifcWithVersionBeforeAMarkBehindItsSoundHasNone)
 }
 
 } // namespace vlk::test
+
+namespace vlk::test {
+
+// 65535 markers, one every 16 frames (identifiers below 32768, which are not sign-extended): each vector is told the 32 of its own span and no other, so the work of
+// a vector follows the markers it plays, not the file's; the audio thread looks them up by a binary search.
+TEST_F(AudioFilePlayerMarkers, AFileOf65535MarkersIsToldAsManyPerVectorAsItsSpanHolds)
+{
+    constexpr std::uint32_t spacing = 16;
+    constexpr std::uint32_t count = 65535;
+    std::vector<MarkerSpec> many;
+    for (std::uint32_t index = 0; index < count; ++index)
+        many.push_back({static_cast<std::uint16_t>(index % 32768), index * spacing, ""});
+    const std::uint32_t frames = count * spacing;
+    open(makeFormFile("AIFF", makeAiffChunk("COMM", makeCommonContent(1, frames, 16, 44100)) +
+                                  makeAiffChunk("MARK", makeMarkerContent(many)) +
+                                  makeAiffChunk("SSND", makeSoundDataContent(std::string(frames * 2, '\0')))));
+    player.rewind();
+    const Told told = playAndCollect(frames / 512);
+    ASSERT_EQ(told.size(), frames / 512);
+    std::uint32_t next = 0;
+    for (const std::vector<std::uint32_t>& vector : told) {
+        ASSERT_EQ(vector.size(), 512 / spacing);
+        for (const std::uint32_t identifier : vector)
+            EXPECT_EQ(identifier, next++ % 32768);
+    }
+}
+
+} // namespace vlk::test
