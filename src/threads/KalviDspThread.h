@@ -52,6 +52,7 @@ private:
 
     static void* threadEntry(void* handedLaunch);
     static bool enter(Launch& launch);
+    static bool wasCancelled(Launch& launch);
     static void leave(Launch& launch);
     void createThread();
     bool cancelUnlessEnded();
