@@ -1,0 +1,125 @@
+// Every native reader through the factory, on a file of the fuzzer's bytes: the first byte names the file's
+// extension, for bytes whose header says nothing; the rest is the file. A file that opens is described and
+// read: whole (as far as a bound), one channel, and at positions that the bytes choose, the end and
+// beyond it included.
+#include "audiofiles/KalviDspAudioFileReader.h"
+#include "containers/KalviDspAudioBuffer.h"
+#include "files/KalviDspFile.h"
+#include "threads/KalviDspException.h"
+#include "threads/KalviDspLog.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <fcntl.h>
+#include <string>
+#include <unistd.h>
+
+namespace {
+
+constexpr const char* extensions[] = {".wav", ".aif", ".mp3", ".bin"};
+// Frames read whole at most, and the most samples of all channels in one read: enough to cross the readers'
+// scratch blocks and the end of a short file, few enough to keep the executions many.
+constexpr std::uint64_t largestWholeRead = 1 << 12;
+constexpr std::uint64_t largestBlockSamples = 1 << 12;
+
+std::string scratchFolder;
+
+std::string writeFile(const std::uint8_t* bytes, std::size_t size, const char* extension)
+{
+    const std::string path = scratchFolder + "/input" + extension;
+    const int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    if (descriptor < 0)
+        std::abort();
+    for (std::size_t written = 0; written < size;) {
+        const ssize_t count = ::write(descriptor, bytes + written, size - written);
+        if (count <= 0)
+            std::abort();
+        written += static_cast<std::size_t>(count);
+    }
+    ::close(descriptor);
+    return path;
+}
+
+std::uint64_t mix(std::uint64_t value)
+{
+    value ^= value >> 33;
+    value *= 0xFF51AFD7ED558CCDull;
+    value ^= value >> 33;
+    return value;
+}
+
+void describe(const vlk::AudioFilesMetadata& metadata)
+{
+    const std::string text = metadata.getFormatDescription() + metadata.getChannelsDescription() +
+                             metadata.getSampleRateDescription() + metadata.getBitDepthDescription() +
+                             metadata.getDurationDescription();
+    if (text.empty())
+        std::abort();
+}
+
+void read(vlk::AudioFileReader& reader, std::uint64_t seed)
+{
+    const std::uint32_t channels = reader.getNumChannels();
+    if (channels == 0 || channels > vlk::AudioFileReader::maxNumChannels)
+        std::abort();
+    const std::uint64_t blockFrames = std::max<std::uint64_t>(1, largestBlockSamples / channels);
+    vlk::AudioBuffer buffer(channels, blockFrames);
+    buffer.setNumSamples(blockFrames);
+
+    const std::uint64_t length = reader.getNumSamples();
+    const std::uint64_t whole = std::min(length + 3, largestWholeRead);
+    for (std::uint64_t done = 0; done < whole; done += blockFrames)
+        if (!reader.readSamples(buffer, 0, std::min(blockFrames, whole - done), done))
+            std::abort();
+
+    const std::uint64_t positions[] = {length, length - 1, length + 1000, mix(seed) % (length + 1),
+                                       mix(seed + 1), 1ull << 62};
+    for (const std::uint64_t position : positions) {
+        const std::uint64_t count = 1 + mix(seed ^ position) % blockFrames;
+        if (!reader.readSamples(buffer, blockFrames - count, count, position))
+            std::abort();
+    }
+    vlk::AudioBuffer single(1, blockFrames);
+    single.setNumSamples(blockFrames);
+    if (!reader.readChannel(single, 0, 0, blockFrames, static_cast<std::uint32_t>(seed % channels), 0))
+        std::abort();
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerInitialize(int*, char***)
+{
+    // Every refusal builds an exception, which reports itself: not to the system log a million times.
+    vlk::setLogDestination(vlk::LogDestination::nowhere);
+    // In memory where the machine has it: the file is written, opened and removed at every execution.
+    char inMemory[] = "/dev/shm/velur-fuzz-XXXXXX";
+    char onDisk[] = "/tmp/velur-fuzz-XXXXXX";
+    const char* folder = ::mkdtemp(inMemory);
+    if (folder == nullptr)
+        folder = ::mkdtemp(onDisk);
+    if (folder == nullptr)
+        std::abort();
+    scratchFolder = folder;
+    std::atexit([] { ::rmdir(scratchFolder.c_str()); });
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    if (size < 1)
+        return 0;
+    const std::string path = writeFile(data + 1, size - 1, extensions[data[0] % std::size(extensions)]);
+    std::uint64_t seed = size;
+    for (std::size_t index = 0; index < size; index += 61)
+        seed = mix(seed + data[index]);
+    try {
+        const std::unique_ptr<vlk::AudioFileReader> reader = vlk::AudioFileReader::create(vlk::File(path));
+        if (reader == nullptr)
+            std::abort();
+        describe(reader->getMetadata());
+        read(*reader, seed);
+    } catch (const vlk::Exception&) {
+    }
+    ::unlink(path.c_str());
+    return 0;
+}
