@@ -20,7 +20,7 @@ template <std::size_t size> String toText(const std::array<char, size>& field)
     return String(field.data(), size);
 }
 
-constexpr std::int64_t reservedSize = 190;
+constexpr std::size_t reservedSize = 190;
 
 } // namespace
 
@@ -35,7 +35,9 @@ void WavBextRecord::read(InputStream& stream, std::uint32_t chunkSize)
     timeReferenceHigh = stream.readUnsignedInt();
     version = static_cast<std::uint16_t>(stream.readShort());
     readField(stream, umid);
-    stream.skipNextBytes(reservedSize);
+    // Read in one piece rather than byte by byte: a file may hold a hundred thousand bext chunks.
+    std::array<char, reservedSize> reserved;
+    readField(stream, reserved);
 
     if (chunkSize <= fixedSize)
         return;

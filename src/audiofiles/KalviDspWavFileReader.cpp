@@ -113,6 +113,8 @@ void WavFileReader::parseHeader()
     if (metadata.isRF64)
         limit = readDs64Chunk(stream, start);
     walkChunks(stream, limit);
+    if (metadata.isBWF)
+        bextFields = bextRecord.toStringPairArray();
 }
 
 // Without a sound ds64 chunk the limit stays 0, the walk does not run, and the file has no format.
@@ -153,10 +155,11 @@ void WavFileReader::walkChunks(InputStream& stream, std::int64_t limit)
         } else if (id == dataId) {
             takeDataChunk(position, size);
         } else if (id == bextId) {
-            WavBextRecord record;
-            record.read(stream, size);
-            bextFields = record.toStringPairArray();
-            metadata.isBWF = !bextFields.keys.empty();
+            // Only the last one makes the text table, once the walk is over: the table is never empty, and
+            // a file of many bext chunks must not cost a table each.
+            bextRecord = WavBextRecord();
+            bextRecord.read(stream, size);
+            metadata.isBWF = true;
         } else if (id == axmlId) {
             readAxmlChunk(stream, size);
         } else if (id == chnaId) {

@@ -3,6 +3,7 @@
 #include "audiofiles/KalviDspAudioFileReader.h"
 #include "audiofiles/KalviDspChnaChunk.h"
 #include "audiofiles/KalviDspInterleavedFrameReader.h"
+#include "audiofiles/KalviDspWavBextRecord.h"
 #include "files/KalviDspFile.h"
 #include "files/KalviDspInputStream.h"
 #include "text/KalviDspString.h"
@@ -50,6 +51,8 @@ private:
     std::uint64_t dataOffset = 0;
     std::int64_t dataSize = 0;
     String axmlText;
+    // The last bext chunk met by the walk, and its text table.
+    WavBextRecord bextRecord;
     StringPairArray bextFields{true};
     ChnaChunk chnaChunk;
     bool isAmbisonicFormat = false;
