@@ -17,9 +17,9 @@
 namespace {
 
 constexpr const char* extensions[] = {".wav", ".aif", ".mp3", ".bin"};
-// Frames read whole at most, and the most samples of all channels in one read: enough to cross the readers'
-// scratch blocks and the end of a short file, few enough to keep the executions many.
-constexpr std::uint64_t largestWholeRead = 1 << 12;
+// Samples of all channels read whole at most, and in one read: enough to cross the readers' scratch blocks
+// and the end of a short file, few enough to keep the executions many.
+constexpr std::uint64_t largestWholeRead = 1 << 14;
 constexpr std::uint64_t largestBlockSamples = 1 << 12;
 
 std::string scratchFolder;
@@ -67,7 +67,7 @@ void read(vlk::AudioFileReader& reader, std::uint64_t seed)
     buffer.setNumSamples(blockFrames);
 
     const std::uint64_t length = reader.getNumSamples();
-    const std::uint64_t whole = std::min(length + 3, largestWholeRead);
+    const std::uint64_t whole = std::min(length + 3, std::max<std::uint64_t>(largestWholeRead / channels, 2));
     for (std::uint64_t done = 0; done < whole; done += blockFrames)
         if (!reader.readSamples(buffer, 0, std::min(blockFrames, whole - done), done))
             std::abort();

@@ -30,11 +30,15 @@ run_target() {
     local name=$1
     local corpus="$build/corpus/$name"
     mkdir -p "$corpus"
-    # 1 s an input and 512 MB in all: a file that takes longer or more is a finding, not a slow run.
+    # Inputs that once found a fault, run first at every start.
+    local regressions=()
+    [ -d "$root/fuzz/regressions/$name" ] && regressions=("$root/fuzz/regressions/$name")
+    # 5 s an input (a second of the program's time, under the sanitizers and the coverage counters) and
+    # 512 MB in all: a file that takes longer or more is a finding, not a slow run.
     local status=0
-    "$build/fuzz/fuzz_$name" -max_total_time="$seconds" -timeout=1 -rss_limit_mb=512 -malloc_limit_mb=256 \
+    "$build/fuzz/fuzz_$name" -max_total_time="$seconds" -timeout=5 -rss_limit_mb=512 -malloc_limit_mb=256 \
         -max_len=16384 -print_final_stats=1 -artifact_prefix="$build/crashes/$name-" \
-        "$corpus" "$seeds/$name" >"$build/$name.log" 2>&1 || status=$?
+        "$corpus" "$seeds/$name" "${regressions[@]}" >"$build/$name.log" 2>&1 || status=$?
     echo "$status" >"$build/$name.status"
 }
 
