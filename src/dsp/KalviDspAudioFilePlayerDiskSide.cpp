@@ -14,7 +14,6 @@ namespace vlk {
 
 namespace {
 
-// The largest chunk that one pass of the disk side reads.
 constexpr std::int64_t toleratedVectorsAhead = 10;
 
 const char* const remainingSamplesBugText = "AudioFilePlayer::getRemainingSamplesInAudioFile() : bug ? ";
