@@ -42,23 +42,19 @@ private:
     std::int64_t position = 0;
 };
 
-// A chunk's size from the first four bytes of the input (little-endian), and its content after them.
-struct SizedChunk
-{
-    std::uint32_t size = 0;
-    const std::uint8_t* content = nullptr;
-    std::size_t contentSize = 0;
-};
-
-inline bool splitSizedChunk(const std::uint8_t* data, std::size_t size, SizedChunk& chunk)
+// Hands parse a stream over the input behind its first four bytes, and those bytes as a chunk's size
+// (little-endian): the content of a chunk whose header may lie, and whatever follows it. Inputs too short to
+// hold a size are passed over.
+template <typename Parse> void parseSizedChunk(const std::uint8_t* data, std::size_t size, Parse&& parse)
 {
     if (size < 4)
-        return false;
-    chunk.size = static_cast<std::uint32_t>(data[0]) | (static_cast<std::uint32_t>(data[1]) << 8) |
-                 (static_cast<std::uint32_t>(data[2]) << 16) | (static_cast<std::uint32_t>(data[3]) << 24);
-    chunk.content = data + 4;
-    chunk.contentSize = size - 4;
-    return true;
+        return;
+    const std::uint32_t chunkSize = static_cast<std::uint32_t>(data[0]) |
+                                    (static_cast<std::uint32_t>(data[1]) << 8) |
+                                    (static_cast<std::uint32_t>(data[2]) << 16) |
+                                    (static_cast<std::uint32_t>(data[3]) << 24);
+    MemoryInputStream stream(data + 4, size - 4);
+    parse(stream, chunkSize);
 }
 
 } // namespace vlk::fuzz

@@ -6,7 +6,6 @@
 #include "containers/KalviDspAudioBuffer.h"
 #include "files/KalviDspFile.h"
 #include "threads/KalviDspException.h"
-#include "threads/KalviDspLog.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -22,10 +21,25 @@ constexpr const char* extensions[] = {".wav", ".aif", ".mp3", ".bin"};
 constexpr std::uint64_t largestWholeRead = 1 << 14;
 constexpr std::uint64_t largestBlockSamples = 1 << 12;
 
-std::string scratchFolder;
+// In memory where the machine has it: the file is written, opened and removed at every execution.
+std::string makeScratchFolder()
+{
+    char inMemory[] = "/dev/shm/velur-fuzz-XXXXXX";
+    char onDisk[] = "/tmp/velur-fuzz-XXXXXX";
+    const char* folder = ::mkdtemp(inMemory);
+    if (folder == nullptr)
+        folder = ::mkdtemp(onDisk);
+    if (folder == nullptr)
+        std::abort();
+    static std::string made;
+    made = folder;
+    std::atexit([] { ::rmdir(made.c_str()); });
+    return made;
+}
 
 std::string writeFile(const std::uint8_t* bytes, std::size_t size, const char* extension)
 {
+    static const std::string scratchFolder = makeScratchFolder();
     const std::string path = scratchFolder + "/input" + extension;
     const int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
     if (descriptor < 0)
@@ -86,23 +100,6 @@ void read(vlk::AudioFileReader& reader, std::uint64_t seed)
 }
 
 } // namespace
-
-extern "C" int LLVMFuzzerInitialize(int*, char***)
-{
-    // Every refusal builds an exception, which reports itself: not to the system log a million times.
-    vlk::setLogDestination(vlk::LogDestination::nowhere);
-    // In memory where the machine has it: the file is written, opened and removed at every execution.
-    char inMemory[] = "/dev/shm/velur-fuzz-XXXXXX";
-    char onDisk[] = "/tmp/velur-fuzz-XXXXXX";
-    const char* folder = ::mkdtemp(inMemory);
-    if (folder == nullptr)
-        folder = ::mkdtemp(onDisk);
-    if (folder == nullptr)
-        std::abort();
-    scratchFolder = folder;
-    std::atexit([] { ::rmdir(scratchFolder.c_str()); });
-    return 0;
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
