@@ -1,0 +1,101 @@
+#include "KalviDspMpegTestStreams.h"
+
+#include "files/KalviDspScratchFolder.h"
+
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sstream>
+
+namespace vlk::test {
+namespace {
+
+std::string readBytes(const std::string& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream bytes;
+    bytes << file.rdbuf();
+    return bytes.str();
+}
+
+DecodedStream decodeBytes(const ScratchFolder& scratch, const std::string& bytes, bool decode = true)
+{
+    return decodeMpegStream(scratch.write("stream.mp2", bytes), decode);
+}
+
+TEST(MpegAudioDecoderScan, TenJunkBytesAreFoundAndFortyThousandAreNot)
+{
+    const ScratchFolder scratch;
+    const std::string stream = readBytes(getMpegTestPath("l2-fl10.bit"));
+    const DecodedStream plain = decodeBytes(scratch, stream);
+    const DecodedStream behindJunk = decodeBytes(scratch, std::string(10, '\0') + stream);
+    EXPECT_EQ(behindJunk.numFrames, plain.numFrames);
+    EXPECT_EQ(behindJunk.samples, plain.samples);
+    EXPECT_EQ(decodeBytes(scratch, std::string(40000, '\0') + stream).numFrames, 0);
+}
+
+// After the first frame the scan takes headers of the same layer only: the Layer I frames behind a Layer II
+// stream are not decoded as frames.
+TEST(MpegAudioDecoderScan, ALayerChangeIsRefusedAfterTheFirstFrame)
+{
+    const ScratchFolder scratch;
+    const std::string layer2 = readBytes(getMpegTestPath("l2-fl10.bit"));
+    const DecodedStream plain = decodeBytes(scratch, layer2);
+    const DecodedStream joined = decodeBytes(scratch, layer2 + readBytes(getMpegTestPath("l1-fl1.bit")));
+    ASSERT_GE(joined.samples.size(), plain.samples.size());
+    EXPECT_EQ(std::vector<float>(joined.samples.begin(), joined.samples.begin() + plain.samples.size()),
+              plain.samples);
+    EXPECT_EQ(joined.numFrames, plain.numFrames);
+}
+
+// Walking without outputs consumes the same frames and indexes the same positions, and writes nothing.
+TEST(MpegAudioDecoderWalk, NullOutputsWalkEveryFrameWithoutWriting)
+{
+    const std::string path = getMpegTestPath("l2-fl16.bit");
+    const FileReader decodedFile{File(path)};
+    MpegAudioDecoder decoding(decodedFile);
+    const DecodedStream decoded = decodeMpegStream(decoding);
+    const FileReader walkedFile{File(path)};
+    MpegAudioDecoder walking(walkedFile);
+    const DecodedStream walked = decodeMpegStream(walking, false);
+    EXPECT_EQ(walked.numFrames, decoded.numFrames);
+    EXPECT_TRUE(walked.samples.empty());
+    EXPECT_EQ(walking.getFrameTable(), decoding.getFrameTable());
+    EXPECT_EQ(walking.getFrameTable().size(), static_cast<std::size_t>((decoded.numFrames + 3) / 4));
+}
+
+// A tag frame is stepped over, never decoded: a stream of nothing but a tag has no frame, and its count is
+// the tag's.
+TEST(MpegAudioDecoderTags, AnInfoFrameIsCountedNeverDecoded)
+{
+    const FileReader tagOnly{File(getMpegTestPath("l3-nonstandard-vbrtag-only.bit"))};
+    MpegAudioDecoder decoder(tagOnly);
+    EXPECT_EQ(decodeMpegStream(decoder, false).numFrames, 0);
+    EXPECT_EQ(decoder.getVbrFrames(), 316);
+
+    const FileReader tagged{File(getMpegTestPath("l3-nonstandard-sin1k0db_lame_vbrtag.bit"))};
+    MpegAudioDecoder taggedDecoder(tagged);
+    EXPECT_EQ(decodeMpegStream(taggedDecoder, false).numFrames, 316);
+    EXPECT_EQ(taggedDecoder.getVbrFrames(), 316);
+}
+
+// A free-format frame's size is measured once, as the distance to the next header of the same format; the
+// last frame has none behind it and is not finished.
+TEST(MpegAudioDecoderFreeFormat, FramesAreMeasuredByTheDistanceToTheNextHeader)
+{
+    EXPECT_EQ(decodeMpegStream(getMpegTestPath("l3-he_free.bit"), false).numFrames, 68);
+}
+
+TEST(MpegAudioDecoderReset, ResetDecodesTheSameFramesAgainFromTheStart)
+{
+    const FileReader file{File(getMpegTestPath("l1-fl7.bit"))};
+    MpegAudioDecoder decoder(file);
+    const DecodedStream first = decodeMpegStream(decoder);
+    decoder.getStream().setPosition(0);
+    decoder.reset();
+    decoder.setFrameCounter(0);
+    const DecodedStream second = decodeMpegStream(decoder);
+    EXPECT_EQ(second.samples, first.samples);
+}
+
+} // namespace
+} // namespace vlk::test
