@@ -2,6 +2,7 @@
 
 #include "audiofiles/KalviDspAiffFileReader.h"
 #include "audiofiles/KalviDspFourCharacterCode.h"
+#include "audiofiles/KalviDspMP3FileReader.h"
 #include "audiofiles/KalviDspSampleConversion.h"
 #include "audiofiles/KalviDspWavFileReader.h"
 #include "threads/KalviDspException.h"
@@ -125,10 +126,9 @@ std::unique_ptr<AudioFileReader> AudioFileReader::createAiffReader(const File& f
     return createIfOfType<AiffFileReader>(file, aiffFileType);
 }
 
-// No MP3 reader is built in yet: MP3 files get no reader, and the factory refuses them as not valid.
-std::unique_ptr<AudioFileReader> AudioFileReader::createMp3Reader(const File&)
+std::unique_ptr<AudioFileReader> AudioFileReader::createMp3Reader(const File& file)
 {
-    return nullptr;
+    return createIfOfType<MP3FileReader>(file, mp3FileType);
 }
 
 // Without the platform's audio file services no file opens here, so files that no native reader takes are
