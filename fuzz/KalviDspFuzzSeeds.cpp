@@ -124,12 +124,44 @@ std::string version()
     return aiffChunk("FVER", bigEndian(0xA2805140, 4));
 }
 
+// Frames of one header and a payload of the size that header gives, repeated.
+std::string mpegFrames(std::uint32_t header, std::size_t payload, int count)
+{
+    std::string frames;
+    for (int frame = 0; frame < count; ++frame)
+        frames += bigEndian(header, 4) + ramp(payload);
+    return frames;
+}
+
+// A Layer III frame of 44.1 kHz and 128 kbit/s holding an Info tag of every field.
+std::string infoFrame()
+{
+    std::string frame = bigEndian(0xFFFB9000, 4) + std::string(32, '\0') + "Info" + bigEndian(15, 4) +
+                        bigEndian(2, 4) + bigEndian(1254, 4) + ramp(100) + bigEndian(57, 4);
+    return frame + std::string(417 - frame.size(), '\0');
+}
+
+std::vector<std::pair<std::string, std::string>> mpegSeeds()
+{
+    const std::string layer2 = mpegFrames(0xFFFDA400, 572, 3);
+    return {
+        {"layer1", mpegFrames(0xFFFFCA00, 576, 3)},
+        {"layer2", layer2},
+        {"layer2-mono-crc", mpegFrames(0xFFFC10C0, 100, 3)},
+        {"layer2-lsf", mpegFrames(0xFFF5A000, 622, 2)},
+        {"layer3-tagged", infoFrame() + mpegFrames(0xFFFB9000, 413, 2)},
+        {"layer3-free-format", mpegFrames(0xFFFB0000, 300, 3)},
+        {"id3-then-layer2", "ID3\4" + std::string(2, '\0') + bigEndian(20, 4) + std::string(20, 'x') + layer2},
+        {"junk-then-layer2", std::string(10, '\0') + layer2},
+    };
+}
+
 // The first byte of a factory seed names the extension: 0 ".wav", 1 ".aif", 2 ".mp3", 3 ".bin".
 std::vector<std::pair<std::string, std::string>> factorySeeds()
 {
     const std::string wav(1, '\0');
     const std::string aif(1, '\1');
-    return {
+    std::vector<std::pair<std::string, std::string>> seeds{
         {"pcm16-stereo.wav", wav + riffFile(riffChunk("fmt ", format(1, 2, 44100, 16)) +
                                             riffChunk("LIST", "INFOx") + riffChunk("data", ramp(64)))},
         {"pcm8-mono.wav", wav + riffFile(riffChunk("fmt ", format(1, 1, 8000, 8)) + riffChunk("data", ramp(33)))},
@@ -156,6 +188,9 @@ std::vector<std::pair<std::string, std::string>> factorySeeds()
                                                 aiffChunk("SSND", soundData(ramp(32))))},
         {"foreign.bin", std::string(1, '\3') + "OggS" + ramp(40)},
     };
+    for (const auto& [name, bytes] : mpegSeeds())
+        seeds.push_back({name + ".mp3", std::string(1, '\2') + bytes});
+    return seeds;
 }
 
 void writeSeeds(const std::filesystem::path& folder, const std::vector<std::pair<std::string, std::string>>& seeds)
@@ -180,6 +215,7 @@ int main(int argc, char** argv)
     }
     const std::filesystem::path root(argv[1]);
     writeSeeds(root / "reader_factory", factorySeeds());
+    writeSeeds(root / "mpeg_decoder", mpegSeeds());
     writeSeeds(root / "aiff_marker_chunk",
                {{"three", sized(markerContent())}, {"lying-count", littleEndian(12, 4) + bigEndian(65535, 2) +
                                                                        markerContent().substr(2)}});

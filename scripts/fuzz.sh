@@ -42,7 +42,7 @@ run_target() {
     echo "$status" >"$build/$name.status"
 }
 
-targets=(reader_factory aiff_marker_chunk wav_chna_parser wav_bext_record aiff_sample_rate)
+targets=(reader_factory mpeg_decoder aiff_marker_chunk wav_chna_parser wav_bext_record aiff_sample_rate)
 running=0
 for name in "${targets[@]}"; do
     if [ "$running" -ge "$(nproc)" ]; then

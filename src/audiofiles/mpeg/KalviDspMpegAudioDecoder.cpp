@@ -58,8 +58,10 @@ int MpegAudioDecoder::decodeNextFrame(float* left, float* right, std::int32_t& s
         dataParsed = true;
         result = 0;
     }
+    // A free-format frame with no header behind it can never be finished: once its data are out, the stream
+    // ends here, rather than with a step that gives nothing at every call for ever.
     if (isFreeFormat && !measureFreeFormatFrame())
-        return result;
+        return result == 0 ? 0 : -1;
     if (result == 0)
         return 0;
     readFrameTail();
