@@ -3,7 +3,7 @@
 # argument fuzz, what the fuzz targets build with too.
 set -euo pipefail
 
-packages=(cmake g++ make pkg-config libgtest-dev libgmock-dev libbenchmark-dev libsndfile1-dev python3-scipy python3-numpy locales)
+packages=(cmake g++ make pkg-config libgtest-dev libgmock-dev libbenchmark-dev libsndfile1-dev libmpg123-dev python3-scipy python3-numpy locales)
 # The fuzz targets: clang with libFuzzer and the sanitizers' runtimes.
 if [ "${1:-}" = fuzz ]; then
     packages+=(clang-16 libclang-rt-16-dev)
