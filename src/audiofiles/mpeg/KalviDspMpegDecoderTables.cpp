@@ -34,7 +34,8 @@ void fillGroups(std::uint8_t (&groups)[numTriples][3], const std::uint8_t (&digi
 
 } // namespace
 
-MpegDecoderTables::MpegDecoderTables() : muls{}, groups3{}, groups5{}, groups9{}, dct{}, synthesisWindow{}
+MpegDecoderTables::MpegDecoderTables()
+    : muls{}, groups3{}, groups5{}, groups9{}, dct{}, synthesisWindow{}, synthesisWindowByOutput{}
 {
     for (int row = 0; row < 27; ++row) {
         for (int scale = 0; scale < 63; ++scale)
@@ -49,6 +50,9 @@ MpegDecoderTables::MpegDecoderTables() : muls{}, groups3{}, groups5{}, groups9{}
             dct[level][k] = static_cast<float>(0.5 / std::cos(std::numbers::pi * (2 * k + 1) / (2.0 * size)));
     for (int i = 0; i < 512; ++i)
         synthesisWindow[i] = static_cast<float>(mpeg::synthesisWindowD[i]);
+    for (int j = 0; j < 32; ++j)
+        for (int age = 0; age < 16; ++age)
+            synthesisWindowByOutput[j][age] = synthesisWindow[j + 32 * age];
 }
 
 // Built when the library is loaded, before any thread runs.

@@ -19,8 +19,10 @@ struct MpegDecoderTables
     std::uint8_t groups9[730][3];
     // The fast DCT's factors 0.5 / cos(pi (2k + 1) / 2N) for N = 32, 16, 8, 4, 2.
     float dct[5][16];
-    // The synthesis window D[0..511] as floats.
+    // The synthesis window D[0..511] as floats, and by output sample: row j holds D[j + 32a] for the ages
+    // a = 0 to 15.
     float synthesisWindow[512];
+    float synthesisWindowByOutput[32][16];
 
     static const MpegDecoderTables& get();
 

@@ -43,22 +43,20 @@ void MpegSynthesis::dct32(const float* in, float* out) noexcept
 
 void MpegSynthesis::reset() noexcept
 {
-    for (auto& channel : history)
-        for (auto& vector : channel)
-            std::fill(std::begin(vector), std::end(vector), 0.0f);
+    float* first = &history[0][0][0][0];
+    std::fill(first, first + sizeof(history) / sizeof(float), 0.0f);
     offset = 1;
 }
 
 // The standard's matrixing gives V[i] = X[16 + i] for a DCT-II X of the subband samples; its symmetries
-// (X[32] = 0, X[64 - m] = -X[m]) fill all 64 values from X[0..31]. Each output sample then sums 16 window
-// taps over the last 16 vectors: the first half of the even-aged ones, the second half of the odd-aged.
+// (X[32] = 0, X[64 - m] = -X[m]) fill all 64 values from X[0..31].
 void MpegSynthesis::synthesise(const float* bandSamples, int channel, float* output, std::int32_t& count) noexcept
 {
     if (channel == 0)
         offset = (offset + 15) & 15;
     float x[32];
     dct32(bandSamples, x);
-    float* v = history[channel][offset];
+    float v[64];
     for (int i = 0; i < 16; ++i) {
         v[i] = x[16 + i];
         v[32 + i] = -x[16 - i];
@@ -68,14 +66,23 @@ void MpegSynthesis::synthesise(const float* bandSamples, int channel, float* out
     for (int i = 17; i < 32; ++i)
         v[i] = -x[48 - i];
 
-    const float* window = MpegDecoderTables::get().synthesisWindow;
+    // The newest vector has age 0 at this offset: read at an offset of the same parity it is at an even age.
+    for (int parity = 0; parity < 2; ++parity) {
+        const int half = (offset & 1) == parity ? 0 : 32;
+        for (int j = 0; j < 32; ++j) {
+            history[channel][parity][j][offset] = v[half + j];
+            history[channel][parity][j][offset + 16] = v[half + j];
+        }
+    }
+
+    const float* window = MpegDecoderTables::get().synthesisWindowByOutput[0];
     float* samples = output + count;
     for (int j = 0; j < 32; ++j) {
+        const float* values = &history[channel][offset & 1][j][offset];
+        const float* taps = window + 16 * j;
         float sum = 0.0f;
-        for (int n = 0; n < 8; ++n) {
-            sum += window[j + 64 * n] * history[channel][(offset + 2 * n) & 15][j];
-            sum += window[j + 64 * n + 32] * history[channel][(offset + 2 * n + 1) & 15][32 + j];
-        }
+        for (int age = 0; age < 16; ++age)
+            sum += taps[age] * values[age];
         samples[j] = sum;
     }
     count += 32;
