@@ -2,6 +2,7 @@
 // the host's messages.
 #include "dsp/KalviDspAudioFilePlayer.h"
 
+#include "audiofiles/KalviDspAudioFileDescription.h"
 #include "audiofiles/KalviDspAudioFileReader.h"
 #include "dsp/KalviDspAudioFilePlayerBufferingThread.h"
 #include "dsp/KalviDspMarkerSpanIndex.h"
@@ -258,13 +259,8 @@ void AudioFilePlayer::getInfo(Vector<String>& lines) const
     String text = "no audio file";
     {
         const Lock diskGuard(diskMutex);
-        if (reader != nullptr) {
-            const AudioFilesMetadata& metadata = reader->getMetadata();
-            text = reader->getFilePath() + "\n(" + metadata.getChannelsDescription() + ", " +
-                   metadata.getSampleRateDescription() + ", " + toString(totalSamples.load()) + " samples, " +
-                   metadata.getDurationDescription() + ", " + metadata.getBitDepthDescription() + ", " +
-                   metadata.getFormatDescription() + ", " + File(reader->getFilePath()).getSizeText() + ")";
-        }
+        if (reader != nullptr)
+            text = describeAudioFile(*reader);
     }
     for (const String& line : split(text, '\n'))
         lines.push_back(line);
