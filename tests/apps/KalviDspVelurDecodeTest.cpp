@@ -188,6 +188,7 @@ TEST(VelurDecodeFailures, TheLibrarysTextAndStatusOne)
         {"broken.aif", std::string("FORM\0\0\0\x04", 8) + "AIFF",
          "file \"" + scratch / "broken.aif" + "\" is not a valid AIFF file"},
         {"notes.txt", "just text", "File \"" + scratch / "notes.txt" + "\" is not a valid audio file."},
+        {"song.mp3", "no frames here", "file \"" + scratch / "song.mp3" + "\" is not a valid MP3 file"},
     };
     for (const FailureCase& failure : cases) {
         const std::string input =
