@@ -4,20 +4,10 @@
 #include "containers/KalviDspAudioBuffer.h"
 #include "files/KalviDspScratchFolder.h"
 
-#include <fstream>
 #include <gtest/gtest.h>
-#include <sstream>
 
 namespace vlk::test {
 namespace {
-
-std::string readBytes(const std::string& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream bytes;
-    bytes << file.rdbuf();
-    return bytes.str();
-}
 
 // An ID3v2 header stating a tag of size bytes behind it, and the tag's bytes.
 std::string makeId3Tag(std::uint32_t size, bool topBitInSize = false)
@@ -66,7 +56,7 @@ class MP3FileReaderLayer2 : public testing::Test
 protected:
     void SetUp() override
     {
-        bytes = readBytes(getMpegTestPath("l2-fl16.bit"));
+        bytes = readFileBytes(getMpegTestPath("l2-fl16.bit"));
         path = scratch.write("song.mp3", bytes);
         expected = decodeChannels(path);
         reader = AudioFileReader::create(File(path));
@@ -139,7 +129,7 @@ TEST_F(MP3FileReaderLayer2, AJumpBeyondTheIndexedPartComesThreeFramesEarly)
 TEST(MP3FileReaderTags, AnId3TagIsSkippedUnlessItsSizeIsMalformed)
 {
     const ScratchFolder scratch;
-    const std::string stream = readBytes(getMpegTestPath("l2-fl13.bit"));
+    const std::string stream = readFileBytes(getMpegTestPath("l2-fl13.bit"));
     const std::vector<float> plain = decodeChannels(scratch.write("plain.mp3", stream))[0];
     for (const bool malformed : {false, true}) {
         const auto reader = AudioFileReader::create(File(scratch.write("tagged.mp3", makeId3Tag(4086, malformed) + stream)));
@@ -151,7 +141,7 @@ TEST(MP3FileReaderTags, AnId3TagIsSkippedUnlessItsSizeIsMalformed)
 TEST(MP3FileReaderRefusal, FilesWithoutFramesAndLayerThreeAreNotValidMp3Files)
 {
     const ScratchFolder scratch;
-    for (const std::string& bytes : {std::string(40000, '\0'), readBytes(getMpegTestPath("l3-si.bit"))}) {
+    for (const std::string& bytes : {std::string(40000, '\0'), readFileBytes(getMpegTestPath("l3-si.bit"))}) {
         const std::string path = scratch.write("refused.mp3", bytes);
         try {
             AudioFileReader::create(File(path));

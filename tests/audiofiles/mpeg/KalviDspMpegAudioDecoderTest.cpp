@@ -2,20 +2,10 @@
 
 #include "files/KalviDspScratchFolder.h"
 
-#include <fstream>
 #include <gtest/gtest.h>
-#include <sstream>
 
 namespace vlk::test {
 namespace {
-
-std::string readBytes(const std::string& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream bytes;
-    bytes << file.rdbuf();
-    return bytes.str();
-}
 
 DecodedStream decodeBytes(const ScratchFolder& scratch, const std::string& bytes, bool decode = true)
 {
@@ -25,7 +15,7 @@ DecodedStream decodeBytes(const ScratchFolder& scratch, const std::string& bytes
 TEST(MpegAudioDecoderScan, TenJunkBytesAreFoundAndFortyThousandAreNot)
 {
     const ScratchFolder scratch;
-    const std::string stream = readBytes(getMpegTestPath("l2-fl10.bit"));
+    const std::string stream = readFileBytes(getMpegTestPath("l2-fl10.bit"));
     const DecodedStream plain = decodeBytes(scratch, stream);
     const DecodedStream behindJunk = decodeBytes(scratch, std::string(10, '\0') + stream);
     EXPECT_EQ(behindJunk.numFrames, plain.numFrames);
@@ -38,9 +28,9 @@ TEST(MpegAudioDecoderScan, TenJunkBytesAreFoundAndFortyThousandAreNot)
 TEST(MpegAudioDecoderScan, ALayerChangeIsRefusedAfterTheFirstFrame)
 {
     const ScratchFolder scratch;
-    const std::string layer2 = readBytes(getMpegTestPath("l2-fl10.bit"));
+    const std::string layer2 = readFileBytes(getMpegTestPath("l2-fl10.bit"));
     const DecodedStream plain = decodeBytes(scratch, layer2);
-    const DecodedStream joined = decodeBytes(scratch, layer2 + readBytes(getMpegTestPath("l1-fl1.bit")));
+    const DecodedStream joined = decodeBytes(scratch, layer2 + readFileBytes(getMpegTestPath("l1-fl1.bit")));
     ASSERT_GE(joined.samples.size(), plain.samples.size());
     EXPECT_EQ(std::vector<float>(joined.samples.begin(), joined.samples.begin() + plain.samples.size()),
               plain.samples);

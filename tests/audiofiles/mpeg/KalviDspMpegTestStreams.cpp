@@ -1,6 +1,8 @@
 #include "KalviDspMpegTestStreams.h"
 
 #include <cstdlib>
+#include <fstream>
+#include <sstream>
 #include <gtest/gtest.h>
 
 namespace vlk::test {
@@ -13,6 +15,14 @@ std::string getMpegTestPath(const std::string& name)
         return name;
     }
     return std::string(sourceDirectory) + "/../shared/testdata/mpeg/" + name;
+}
+
+std::string readFileBytes(const std::string& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream bytes;
+    bytes << file.rdbuf();
+    return bytes.str();
 }
 
 DecodedStream decodeMpegStream(MpegAudioDecoder& decoder, bool decode)

@@ -11,6 +11,8 @@ namespace vlk::test {
 
 // The path of a test stream or reference by name; fails the test when the source root is unknown.
 std::string getMpegTestPath(const std::string& name);
+// A file's bytes, whole.
+std::string readFileBytes(const std::string& path);
 
 struct DecodedStream
 {
