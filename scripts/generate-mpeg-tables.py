@@ -61,6 +61,85 @@ def synthesis_window(folder):
     return "const double synthesisWindowD[512] = {\n    " + ",\n    ".join(lines) + "};\n"
 
 
+def rate_index(folder):
+    return {int(row[3]): int(row[4]) for row in rows(folder, "samplerates.tsv") if int(row[4]) >= 0}
+
+
+def band_starts(folder, name, count, type_name):
+    by_rate = rate_index(folder)
+    table = [None] * 9
+    for row in rows(folder, name):
+        table[by_rate[int(row[0])]] = [int(value) for value in row[2:2 + count]]
+    return "const std::int16_t %s[9][%d] = %s;\n" % (type_name, count, nested(table))
+
+
+def pretab(folder):
+    return "const std::uint8_t layer3Pretab[22] = " + nested([int(row[1]) for row in rows(folder, "pretab.tsv")]) + ";\n"
+
+
+def scalefactor_lengths(folder):
+    lengths = [[int(row[1]), int(row[2])] for row in rows(folder, "slen.tsv")]
+    return "const std::uint8_t layer3ScalefactorLengths[16][2] = " + nested(lengths) + ";\n"
+
+
+def band_counts(folder):
+    shapes = {"long": 0, "short": 1, "mixed": 2}
+    table = [[[0] * 4 for _ in range(3)] for _ in range(6)]
+    for row in rows(folder, "nr_of_sfb.tsv"):
+        table[int(row[0])][shapes[row[1]]] = [int(value) for value in row[2:6]]
+    return "const std::uint8_t layer3BandCounts[6][3][4] = " + nested(table) + ";\n"
+
+
+def alias_coefficients(folder):
+    return "const double layer3AliasCoefficients[8] = " + nested([row[1] for row in rows(folder, "alias_coefficients.tsv")]) + ";\n"
+
+
+def huffman_tree(codes):
+    # Depth first, the 0 branch right behind its node; a node holds minus the distance to its 1 branch.
+    tree = []
+
+    def emit(prefix):
+        if prefix in codes:
+            tree.append(codes[prefix])
+            return
+        node = len(tree)
+        tree.append(0)
+        emit(prefix + "0")
+        tree[node] = node - len(tree)
+        emit(prefix + "1")
+
+    emit("")
+    return tree
+
+
+def huffman_tables(folder):
+    trees = {}
+    entries = []
+    for row in rows(folder, "huffman/index.tsv"):
+        if not row[0].isdigit():
+            continue
+        code_file, linbits = row[5], int(row[3])
+        if code_file == "-":
+            entries.append("{zeroTree, 0}")
+            continue
+        name = "tree" + os.path.basename(code_file)[6:8]
+        if name not in trees:
+            codes = {line[3]: int(line[0]) << 4 | int(line[1]) for line in rows(folder, code_file)}
+            trees[name] = huffman_tree(codes)
+        entries.append("{%s, %d}" % (name, linbits))
+    for name, code_file in (("count1TreeA", "huffman/count1_a.tsv"), ("count1TreeB", "huffman/count1_b.tsv")):
+        codes = {line[5]: int(line[0]) << 3 | int(line[1]) << 2 | int(line[2]) << 1 | int(line[3])
+                 for line in rows(folder, code_file)}
+        trees[name] = huffman_tree(codes)
+    text = "namespace {\n\n// A table that codes nothing: a leaf of 0 at the root, no bit read.\nconst std::int16_t zeroTree[1] = {0};\n"
+    for name, tree in trees.items():
+        text += "const std::int16_t %s[%d] = %s;\n" % (name, len(tree), nested(tree))
+    text += "\n} // namespace\n\n"
+    text += "const HuffmanTable layer3HuffmanTables[32] = {\n    " + ",\n    ".join(entries) + "};\n"
+    text += "const std::int16_t* const layer3Count1Trees[2] = {count1TreeA, count1TreeB};\n"
+    return text
+
+
 def nested(value):
     if isinstance(value, (list, tuple)):
         return "{" + ", ".join(nested(item) for item in value) + "}"
@@ -74,7 +153,10 @@ def generate(folder):
             "namespace vlk::mpeg {\n\n"
             "// clang-format off\n"
             + bit_rates(folder) + sample_rates(folder) + table_selection(folder) + allocation_tables(folder)
-            + synthesis_window(folder) +
+            + synthesis_window(folder) + band_starts(folder, "sfb_long_boundaries.tsv", 23, "layer3LongBandStarts")
+            + band_starts(folder, "sfb_short_boundaries.tsv", 14, "layer3ShortBandStarts") + pretab(folder)
+            + scalefactor_lengths(folder) + band_counts(folder) + alias_coefficients(folder)
+            + huffman_tables(folder) +
             "// clang-format on\n\n"
             "} // namespace vlk::mpeg\n")
 

@@ -28,9 +28,6 @@ MP3FileReader::MP3FileReader(const File& file) : AudioFileReader(file)
     const std::int64_t audioStart = decoder->getStream().getPosition();
     if (readNextBlock()) {
         const MpegFrameHeader& header = decoder->getHeader();
-        // Until Layer III frames are decoded, their files are refused rather than played as silence.
-        if (header.layer == 3)
-            refuse();
         metadata.bitsPerSample = 32;
         metadata.isFloatingPoint = true;
         metadata.sampleRate = mpeg::sampleRates[header.sampleRateIndex];

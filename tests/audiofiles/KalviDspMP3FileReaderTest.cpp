@@ -138,17 +138,15 @@ TEST(MP3FileReaderTags, AnId3TagIsSkippedUnlessItsSizeIsMalformed)
     }
 }
 
-TEST(MP3FileReaderRefusal, FilesWithoutFramesAndLayerThreeAreNotValidMp3Files)
+TEST(MP3FileReaderRefusal, FilesWithoutFramesAreNotValidMp3Files)
 {
     const ScratchFolder scratch;
-    for (const std::string& bytes : {std::string(40000, '\0'), readFileBytes(getMpegTestPath("l3-si.bit"))}) {
-        const std::string path = scratch.write("refused.mp3", bytes);
-        try {
-            AudioFileReader::create(File(path));
-            ADD_FAILURE() << "no refusal";
-        } catch (const Exception& exception) {
-            EXPECT_EQ(exception.message, "file \"" + path + "\" is not a valid MP3 file");
-        }
+    const std::string path = scratch.write("refused.mp3", std::string(40000, '\0'));
+    try {
+        AudioFileReader::create(File(path));
+        ADD_FAILURE() << "no refusal";
+    } catch (const Exception& exception) {
+        EXPECT_EQ(exception.message, "file \"" + path + "\" is not a valid MP3 file");
     }
 }
 

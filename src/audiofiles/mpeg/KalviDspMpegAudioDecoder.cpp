@@ -26,6 +26,7 @@ void MpegAudioDecoder::reset()
     lastFrameSizeNoPadding = 0;
     std::memset(buffers, 0, sizeof(buffers));
     synthesis.reset();
+    layer3.reset();
     lastFrameSize = -1;
     needToSync = true;
     bufferIndex = 0;
@@ -192,7 +193,9 @@ void MpegAudioDecoder::parseSideInfo()
         MpegBitReader reader(currentBuffer() + bitPointer, sideInfoSize);
         if (header.crcFollows)
             reader.skip(16);
-        const std::uint32_t dataBits = sideInfo.parse(reader, header.numChannels, header.lsf != 0);
+        const bool ms = header.mode == 1 && (header.modeExtension & 2) != 0;
+        const std::uint32_t dataBits =
+            sideInfo.parse(reader, header.numChannels, header.lsf != 0, ms, header.sampleRateIndex);
         const auto bitsInFrame = std::max<std::int64_t>(std::int64_t{dataBits} - 8 * std::int64_t{sideInfo.mainDataBegin}, 0);
         dataSize = static_cast<std::int32_t>((bitsInFrame + 7) / 8);
         if (!isFreeFormat)
@@ -205,18 +208,34 @@ void MpegAudioDecoder::parseSideInfo()
     sideParsed = true;
 }
 
-// Layer III frames are walked without samples until their decoding is built.
 void MpegAudioDecoder::decodeFrameData(float* left, float* right, std::int32_t& samplesDone)
 {
-    MpegBitReader reader(currentBuffer() + bitPointer, bufferSize - bitPointer);
-    if (header.layer == 3)
+    if (header.layer == 3) {
+        decodeLayerThreeFrame(left, right, samplesDone);
         return;
+    }
+    MpegBitReader reader(currentBuffer() + bitPointer, bufferSize - bitPointer);
     if (header.crcFollows)
         reader.skip(16);
     if (header.layer == 1)
         decodeLayer1(header, reader, synthesis, left, right, samplesDone);
     else
         decodeLayer2(header, reader, synthesis, left, right, samplesDone);
+}
+
+// The main data begin mainDataBegin bytes before the frame's own, in the bytes that the previous frame ends
+// with: those go right in front of this frame's main data, over its side information, which is parsed.
+void MpegAudioDecoder::decodeLayerThreeFrame(float* left, float* right, std::int32_t& samplesDone)
+{
+    const auto reservoir = static_cast<std::int32_t>(sideInfo.mainDataBegin);
+    if (reservoir > 0 && lastFrameSize < 0)
+        return;
+    // The previous frame's bytes lie within its buffer; held there, a size made up by junk cannot reach out.
+    const std::int32_t from = std::clamp(roomInFront + lastFrameSize - reservoir, 0, bufferSize - reservoir);
+    const std::int32_t mainData = bitPointer - reservoir;
+    std::memmove(currentBuffer() + mainData, buffers[bufferIndex ^ 1] + from, static_cast<std::size_t>(reservoir));
+    MpegBitReader reader(currentBuffer() + mainData, bufferSize - mainData);
+    layer3.decodeFrame(header, sideInfo, reader, synthesis, left, right, samplesDone);
 }
 
 // A free-format frame's size is the distance to the next header of the same format, measured at its first

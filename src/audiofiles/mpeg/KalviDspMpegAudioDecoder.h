@@ -1,7 +1,8 @@
 #pragma once
 
 #include "audiofiles/mpeg/KalviDspMpegFrameHeader.h"
-#include "audiofiles/mpeg/KalviDspMpegLayer3SideInfo.h"
+#include "audiofiles/mpeg/KalviDspLayerThreeSideInfo.h"
+#include "audiofiles/mpeg/KalviDspMpegLayer3Decoder.h"
 #include "audiofiles/mpeg/KalviDspMpegSynthesis.h"
 #include "audiofiles/mpeg/KalviDspVbrTag.h"
 #include "files/KalviDspFileReader.h"
@@ -54,6 +55,7 @@ private:
     void parseHeader();
     void parseSideInfo();
     void decodeFrameData(float* left, float* right, std::int32_t& samplesDone);
+    void decodeLayerThreeFrame(float* left, float* right, std::int32_t& samplesDone);
     bool measureFreeFormatFrame();
     void readFrameTail();
     std::int32_t readIntoBuffer(std::int32_t at, std::int32_t numBytes);
@@ -79,11 +81,12 @@ private:
     std::int32_t lastFrameSize = -1;
     std::int32_t lastFrameSizeNoPadding = 0;
     std::int32_t bufferIndex = 0;
-    MpegLayer3SideInfo sideInfo;
+    LayerThreeSideInfo sideInfo;
     // Frame data: room in front for the reservoir of Layer III, the frame, and a margin behind.
     std::uint8_t buffers[2][bufferSize] = {};
     // Where the next bytes of the current buffer go, and where the frame's bits begin.
     std::int32_t bitPointer = roomInFront;
+    MpegLayer3Decoder layer3;
     MpegSynthesis synthesis;
     std::vector<std::int64_t> frameTable;
 };

@@ -2,21 +2,34 @@
 
 namespace vlk {
 
-std::uint32_t MpegBitReader::byteAt(std::int64_t index) const noexcept
+void MpegBitReader::refill() noexcept
 {
-    return index < numBytes ? bytes[index] : 0u;
+    while (numCached <= 56) {
+        const std::uint64_t byte = nextByte >= 0 && nextByte < numBytes ? bytes[nextByte] : 0u;
+        cache |= byte << (56 - numCached);
+        numCached += 8;
+        ++nextByte;
+    }
 }
 
-std::uint32_t MpegBitReader::read(int numBits) noexcept
+void MpegBitReader::skip(std::int64_t numBits) noexcept
 {
     if (numBits <= 0)
-        return 0;
-    const std::int64_t first = bitPosition >> 3;
-    const std::uint32_t word = byteAt(first) << 24 | byteAt(first + 1) << 16 | byteAt(first + 2) << 8 |
-                               byteAt(first + 3);
-    const auto shifted = static_cast<std::uint32_t>(word << (bitPosition & 7));
+        return;
+    if (numBits < numCached) {
+        cache <<= numBits;
+        numCached -= static_cast<int>(numBits);
+        bitPosition += numBits;
+        return;
+    }
     bitPosition += numBits;
-    return shifted >> (32 - numBits);
+    nextByte = bitPosition >> 3;
+    cache = 0;
+    numCached = 0;
+    refill();
+    const int withinByte = static_cast<int>(bitPosition & 7);
+    cache <<= withinByte;
+    numCached -= withinByte;
 }
 
 } // namespace vlk

@@ -35,7 +35,10 @@ void fillGroups(std::uint8_t (&groups)[numTriples][3], const std::uint8_t (&digi
 } // namespace
 
 MpegDecoderTables::MpegDecoderTables()
-    : muls{}, groups3{}, groups5{}, groups9{}, dct{}, synthesisWindow{}, synthesisWindowByOutput{}
+    : muls{}, groups3{}, groups5{}, groups9{}, dct{}, synthesisWindow{}, synthesisWindowByOutput{}, gainPow2{},
+      ispow{}, aliasCs{}, aliasCa{}, imdctWindow{}, imdctWindowOdd{}, imdct36{}, imdct12{}, tan1{}, tan2{},
+      tanRoot1{}, tanRoot2{}, pow1{}, pow2{}, powRoot1{}, powRoot2{}, longLimit{}, shortLimit{}, bandMap{},
+      normalScalefacLengths{}, intensityScalefacLengths{}
 {
     for (int row = 0; row < 27; ++row) {
         for (int scale = 0; scale < 63; ++scale)
@@ -53,6 +56,7 @@ MpegDecoderTables::MpegDecoderTables()
     for (int j = 0; j < 32; ++j)
         for (int age = 0; age < 16; ++age)
             synthesisWindowByOutput[j][age] = synthesisWindow[j + 32 * age];
+    buildLayer3Tables();
 }
 
 // Built when the library is loaded, before any thread runs.
