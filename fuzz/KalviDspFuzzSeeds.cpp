@@ -151,6 +151,9 @@ std::vector<std::pair<std::string, std::string>> mpegSeeds()
         {"layer2-lsf", mpegFrames(0xFFF5A000, 622, 2)},
         {"layer3-tagged", infoFrame() + mpegFrames(0xFFFB9000, 413, 2)},
         {"layer3-free-format", mpegFrames(0xFFFB0000, 300, 3)},
+        {"layer3-joint-stereo", mpegFrames(0xFFFB9070, 413, 3)},
+        {"layer3-lsf-joint-stereo", mpegFrames(0xFFF38070, 204, 3)},
+        {"layer3-mpeg25-mono", mpegFrames(0xFFE328C0, 140, 3)},
         {"id3-then-layer2", "ID3\4" + std::string(2, '\0') + bigEndian(20, 4) + std::string(20, 'x') + layer2},
         {"junk-then-layer2", std::string(10, '\0') + layer2},
     };

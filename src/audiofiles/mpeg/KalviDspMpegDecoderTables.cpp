@@ -35,7 +35,7 @@ void fillGroups(std::uint8_t (&groups)[numTriples][3], const std::uint8_t (&digi
 } // namespace
 
 MpegDecoderTables::MpegDecoderTables()
-    : muls{}, groups3{}, groups5{}, groups9{}, dct{}, synthesisWindow{}, synthesisWindowByOutput{}, gainPow2{},
+    : muls{}, groups3{}, groups5{}, groups9{}, dct{}, synthesisWindow{}, gainPow2{},
       ispow{}, aliasCs{}, aliasCa{}, imdctWindow{}, imdctWindowOdd{}, imdct36{}, imdct12{}, tan1{}, tan2{},
       tanRoot1{}, tanRoot2{}, pow1{}, pow2{}, powRoot1{}, powRoot2{}, longLimit{}, shortLimit{}, bandMap{},
       normalScalefacLengths{}, intensityScalefacLengths{}
@@ -53,9 +53,6 @@ MpegDecoderTables::MpegDecoderTables()
             dct[level][k] = static_cast<float>(0.5 / std::cos(std::numbers::pi * (2 * k + 1) / (2.0 * size)));
     for (int i = 0; i < 512; ++i)
         synthesisWindow[i] = static_cast<float>(mpeg::synthesisWindowD[i]);
-    for (int j = 0; j < 32; ++j)
-        for (int age = 0; age < 16; ++age)
-            synthesisWindowByOutput[j][age] = synthesisWindow[j + 32 * age];
     buildLayer3Tables();
 }
 

@@ -37,10 +37,8 @@ struct MpegDecoderTables
     std::uint8_t groups9[730][3];
     // The fast DCT's factors 0.5 / cos(pi (2k + 1) / 2N) for N = 32, 16, 8, 4, 2.
     float dct[5][16];
-    // The synthesis window D[0..511] as floats, and by output sample: row j holds D[j + 32a] for the ages
-    // a = 0 to 15.
+    // The synthesis window D[0..511] as floats.
     float synthesisWindow[512];
-    float synthesisWindowByOutput[32][16];
 
 
     // Layer III. gainPow2[e] = 2^-((e - 46) / 4). 378 entries reach the largest index of a MPEG-1 stream;
@@ -54,8 +52,9 @@ struct MpegDecoderTables
     // transform; the odd subbands' copy has every odd entry negated, which inverts their spectrum.
     float imdctWindow[4][36];
     float imdctWindowOdd[4][36];
-    // The long IMDCT's 18 distinct outputs (0 to 8 and 18 to 26) of its 18 inputs: [input][output].
-    float imdct36[18][18];
+    // The long IMDCT's 18 distinct outputs (0 to 8 and 18 to 26) of its 18 inputs: [input][output], each row
+    // padded to 20, whole vectors of 4.
+    float imdct36[18][20];
     // The short IMDCT's 6 distinct outputs (0 to 2 and 6 to 8) of its 6 inputs: [input][output].
     float imdct12[6][6];
     // Intensity stereo ratios: MPEG-1 by position, MPEG-2 by the scale's parity and position, each also times

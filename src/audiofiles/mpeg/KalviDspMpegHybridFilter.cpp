@@ -17,9 +17,9 @@ void transformLong(const float* in, const float* window, const float* overlap, f
                    float* out) noexcept
 {
     const MpegDecoderTables& tables = MpegDecoderTables::get();
-    float distinct[18] = {};
+    float distinct[20] = {};
     for (int input = 0; input < 18; ++input)
-        for (int output = 0; output < 18; ++output)
+        for (int output = 0; output < 20; ++output)
             distinct[output] += in[input] * tables.imdct36[input][output];
     // Outputs 9 to 17 mirror 8 to 0, and 27 to 35 mirror 26 to 18.
     float samples[36];

@@ -68,23 +68,21 @@ void MpegSynthesis::synthesise(const float* bandSamples, int channel, float* out
 
     // The newest vector has age 0 at this offset: read at an offset of the same parity it is at an even age.
     for (int parity = 0; parity < 2; ++parity) {
-        const int half = (offset & 1) == parity ? 0 : 32;
-        for (int j = 0; j < 32; ++j) {
-            history[channel][parity][j][offset] = v[half + j];
-            history[channel][parity][j][offset + 16] = v[half + j];
-        }
+        const float* values = v + ((offset & 1) == parity ? 0 : 32);
+        std::copy(values, values + 32, history[channel][parity][offset]);
+        std::copy(values, values + 32, history[channel][parity][offset + 16]);
     }
 
-    const float* window = MpegDecoderTables::get().synthesisWindowByOutput[0];
-    float* samples = output + count;
-    for (int j = 0; j < 32; ++j) {
-        const float* values = &history[channel][offset & 1][j][offset];
-        const float* taps = window + 16 * j;
-        float sum = 0.0f;
-        for (int age = 0; age < 16; ++age)
-            sum += taps[age] * values[age];
-        samples[j] = sum;
+    // All 32 outputs a tap at a time, each summing its taps from the newest vector to the oldest.
+    const float* window = MpegDecoderTables::get().synthesisWindow;
+    const float(*vectors)[32] = history[channel][offset & 1] + offset;
+    float sums[32] = {};
+    for (int age = 0; age < 16; ++age) {
+        const float* taps = window + 32 * age;
+        for (int j = 0; j < 32; ++j)
+            sums[j] += taps[j] * vectors[age][j];
     }
+    std::copy(sums, sums + 32, output + count);
     count += 32;
 }
 

@@ -22,7 +22,7 @@ private:
     // Each output sample j sums 16 window taps D[j + 32a] over the last 16 matrixed vectors V, a being the
     // age: value j of a vector at an even age, value 32 + j at an odd one. A vector's parity alternates as it
     // ages, so each is stored twice, once for each parity of the offset at which it is read, and each ring is
-    // doubled, so that the 16 values an output needs lie side by side: [channel][offset parity][j][slot].
+    // doubled, so that the 16 vectors an output needs follow each other: [channel][offset parity][slot][j].
     float history[2][2][32][32] = {};
     std::int32_t offset = 1;
 };
