@@ -2,6 +2,7 @@
 
 #include "files/KalviDspScratchFolder.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace vlk::test {
@@ -85,6 +86,61 @@ TEST(MpegAudioDecoderReset, ResetDecodesTheSameFramesAgainFromTheStart)
     decoder.setFrameCounter(0);
     const DecodedStream second = decodeMpegStream(decoder);
     EXPECT_EQ(second.samples, first.samples);
+}
+
+// The samples that each frame of the stream gives, in order.
+std::vector<std::int32_t> samplesPerFrame(const std::string& path, int maxFrames)
+{
+    const FileReader file{File(path)};
+    MpegAudioDecoder decoder(file);
+    std::vector<std::int32_t> counts;
+    float left[MpegAudioDecoder::maxSamplesPerFrame];
+    float right[MpegAudioDecoder::maxSamplesPerFrame];
+    while (static_cast<int>(counts.size()) < maxFrames) {
+        std::int32_t done = 0;
+        const int result = decoder.decodeNextFrame(left, right, done);
+        if (result < 0)
+            break;
+        if (result == 0)
+            counts.push_back(done);
+    }
+    return counts;
+}
+
+// The stream starts inside a frame: its first frame's main data lie before the file and it gives nothing;
+// the next one finds its reservoir in the first.
+TEST(MpegAudioDecoderLayer3, AFrameWithoutItsReservoirGivesNothingAndTheNextPlays)
+{
+    EXPECT_EQ(samplesPerFrame(getMpegTestPath("l3-sin1k0db.bit"), 3), (std::vector<std::int32_t>{0, 1152, 1152}));
+}
+
+// A granule whose values take more bits than its part2_3_length ends its frame; the stream plays on.
+TEST(MpegAudioDecoderLayer3, AGranuleThatOverrunsItsBitsEndsTheFrame)
+{
+    const ScratchFolder scratch;
+    std::string stream = readFileBytes(getMpegTestPath("l3-si.bit"));
+    // MPEG-1 mono side information: 18 bits before the first granule's 12-bit part2_3_length, bytes 6 and 7.
+    stream[6] = static_cast<char>(stream[6] & 0xC0);
+    stream[7] = static_cast<char>(stream[7] & 0x03);
+    const std::vector<std::int32_t> counts = samplesPerFrame(scratch.write("overrun.mp3", stream), 1000);
+    ASSERT_EQ(counts.size(), 118u);
+    EXPECT_EQ(counts[0], 0);
+    EXPECT_EQ(std::count(counts.begin() + 1, counts.end(), 1152), 117);
+}
+
+// A mono frame writes no right channel.
+TEST(MpegAudioDecoderLayer3, AMonoStreamLeavesTheRightChannelAlone)
+{
+    const FileReader file{File(getMpegTestPath("l3-si.bit"))};
+    MpegAudioDecoder decoder(file);
+    float left[MpegAudioDecoder::maxSamplesPerFrame];
+    float right[MpegAudioDecoder::maxSamplesPerFrame];
+    std::fill(std::begin(right), std::end(right), 7.0f);
+    for (int step = 0; step < 20; ++step) {
+        std::int32_t done = 0;
+        decoder.decodeNextFrame(left, right, done);
+    }
+    EXPECT_EQ(std::count(std::begin(right), std::end(right), 7.0f), MpegAudioDecoder::maxSamplesPerFrame);
 }
 
 } // namespace
