@@ -12,16 +12,10 @@ void MpegBitReader::refill() noexcept
     }
 }
 
-void MpegBitReader::skip(std::int64_t numBits) noexcept
+void MpegBitReader::skipBeyondCache(std::int64_t numBits) noexcept
 {
     if (numBits <= 0)
         return;
-    if (numBits < numCached) {
-        cache <<= numBits;
-        numCached -= static_cast<int>(numBits);
-        bitPosition += numBits;
-        return;
-    }
     bitPosition += numBits;
     nextByte = bitPosition >> 3;
     cache = 0;

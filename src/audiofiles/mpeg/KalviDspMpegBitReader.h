@@ -36,12 +36,29 @@ public:
         ++bitPosition;
         return bit;
     }
-    void skip(std::int64_t numBits) noexcept;
+    // The next numBits (up to 24, at least 1) without reading them.
+    std::uint32_t peek(int numBits) noexcept
+    {
+        if (numCached < numBits)
+            refill();
+        return static_cast<std::uint32_t>(cache >> (64 - numBits));
+    }
+    void skip(std::int64_t numBits) noexcept
+    {
+        if (numBits < 0 || numBits >= numCached) {
+            skipBeyondCache(numBits);
+            return;
+        }
+        cache <<= numBits;
+        numCached -= static_cast<int>(numBits);
+        bitPosition += numBits;
+    }
     // Bits read or skipped so far.
     std::int64_t getPosition() const noexcept { return bitPosition; }
 
 private:
     void refill() noexcept;
+    void skipBeyondCache(std::int64_t numBits) noexcept;
 
     const std::uint8_t* bytes = nullptr;
     std::int32_t numBytes = 0;

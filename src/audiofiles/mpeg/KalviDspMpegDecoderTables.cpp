@@ -37,7 +37,7 @@ void fillGroups(std::uint8_t (&groups)[numTriples][3], const std::uint8_t (&digi
 MpegDecoderTables::MpegDecoderTables()
     : muls{}, groups3{}, groups5{}, groups9{}, dct{}, synthesisWindow{}, gainPow2{},
       ispow{}, aliasCs{}, aliasCa{}, imdctWindow{}, imdctWindowOdd{}, imdct36{}, imdct12{}, tan1{}, tan2{},
-      tanRoot1{}, tanRoot2{}, pow1{}, pow2{}, powRoot1{}, powRoot2{}, longLimit{}, shortLimit{}, bandMap{},
+      tanRoot1{}, tanRoot2{}, pow1{}, pow2{}, powRoot1{}, powRoot2{}, longLimit{}, shortLimit{}, huffmanLookup{}, count1Lookup{}, bandMap{},
       normalScalefacLengths{}, intensityScalefacLengths{}
 {
     for (int row = 0; row < 27; ++row) {
@@ -57,11 +57,6 @@ MpegDecoderTables::MpegDecoderTables()
 }
 
 // Built when the library is loaded, before any thread runs.
-const MpegDecoderTables& MpegDecoderTables::get()
-{
-    return tables;
-}
-
 const MpegDecoderTables MpegDecoderTables::tables;
 
 } // namespace vlk

@@ -15,6 +15,14 @@ struct MpegBandMapEntry
     std::uint8_t band;
 };
 
+// What the first bits of a Huffman code tell: a leaf and the bits of its codeword (bits not negative), or the
+// tree's node after all the lookup's bits, when the codeword is longer (bits = minus their number).
+struct MpegHuffmanLookup
+{
+    std::int16_t value;
+    std::int16_t bits;
+};
+
 // The order in which a granule's Huffman values meet its bands: one entry a band, and a band for each
 // window of a short one, the window running fastest.
 struct MpegBandMap
@@ -70,6 +78,10 @@ struct MpegDecoderTables
     // The subbands that a band reaches, by sample rate index: up to each long band, and each short band.
     std::int32_t longLimit[9][23];
     std::int32_t shortLimit[9][14];
+    // The first 8 bits of each Huffman code by table_select, and of the two count1 codes.
+    static constexpr int huffmanLookupBits = 8;
+    MpegHuffmanLookup huffmanLookup[32][1 << huffmanLookupBits];
+    MpegHuffmanLookup count1Lookup[2][1 << huffmanLookupBits];
     // By sample rate index: mixed, short, long.
     MpegBandMap bandMap[9][3];
     // MPEG-2 scale factor lengths by scalefac_compress: four 3-bit lengths from bit 0 up, the row of band
@@ -77,7 +89,7 @@ struct MpegDecoderTables
     std::uint16_t normalScalefacLengths[512];
     std::uint16_t intensityScalefacLengths[256];
 
-    static const MpegDecoderTables& get();
+    static const MpegDecoderTables& get() noexcept { return tables; }
 
 private:
     MpegDecoderTables();
@@ -85,6 +97,7 @@ private:
     void buildImdctTables();
     void buildIntensityTables();
     void buildBandTables();
+    void buildHuffmanLookups();
     void buildScalefacLengths();
 
     static const MpegDecoderTables tables;

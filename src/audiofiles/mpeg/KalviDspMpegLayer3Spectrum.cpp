@@ -69,6 +69,29 @@ private:
     std::int32_t pairsLeft = 0;
 };
 
+constexpr int longestCount1Code = 6;
+
+// A tree walk, its first bits by lookup: the leaf, with the bits it took off left.
+std::int16_t decodePair(MpegBitReader& bits, const std::int16_t* tree, const MpegHuffmanLookup* lookup,
+                        std::int64_t& left) noexcept
+{
+    const MpegHuffmanLookup& first = lookup[bits.peek(MpegDecoderTables::huffmanLookupBits)];
+    if (first.bits >= 0) {
+        bits.skip(first.bits);
+        left -= first.bits;
+        return first.value;
+    }
+    bits.skip(-first.bits);
+    left += first.bits;
+    std::int32_t node = first.value;
+    std::int16_t entry;
+    while ((entry = tree[node]) < 0) {
+        node += bits.readBit() ? -entry : 1;
+        --left;
+    }
+    return entry;
+}
+
 float withSign(float magnitude, bool negative) noexcept
 {
     return std::bit_cast<float>(std::bit_cast<std::uint32_t>(magnitude) ^ (static_cast<std::uint32_t>(negative) << 31));
@@ -101,17 +124,13 @@ bool decodeSpectrum(MpegBitReader& bits, GranuleInfo& granule, const Layer3Scale
     bool mapDone = false;
     for (int region = 0; region < 3 && !mapDone; ++region) {
         const mpeg::HuffmanTable& table = mpeg::layer3HuffmanTables[granule.tableSelect[region]];
+        const MpegHuffmanLookup* lookup = tables.huffmanLookup[granule.tableSelect[region]];
         for (std::int32_t pair = regionPairs[region]; pair > 0; --pair) {
             if (!band.nextPair()) {
                 mapDone = true;
                 break;
             }
-            std::int32_t node = 0;
-            std::int16_t entry;
-            while ((entry = table.tree[node]) < 0) {
-                node += bits.readBit() ? -entry : 1;
-                --left;
-            }
+            const std::int16_t entry = decodePair(bits, table.tree, lookup, left);
             for (std::uint32_t value : {static_cast<std::uint32_t>(entry) >> 4, static_cast<std::uint32_t>(entry) & 15u}) {
                 if (value != 0) {
                     if (value == 15 && table.linbits != 0) {
@@ -128,15 +147,21 @@ bool decodeSpectrum(MpegBitReader& bits, GranuleInfo& granule, const Layer3Scale
     }
 
     const std::int16_t* count1Tree = mpeg::layer3Count1Trees[granule.count1TableSelect];
+    const MpegHuffmanLookup* count1Lookup = tables.count1Lookup[granule.count1TableSelect];
     for (std::int32_t quads = (288 - bigValues) / 2; quads > 0 && left > 0 && !mapDone; --quads) {
-        std::int32_t node = 0;
         std::int16_t entry;
-        while ((entry = count1Tree[node]) < 0 && left >= 1) {
-            node += bits.readBit() ? -entry : 1;
-            --left;
+        if (left >= longestCount1Code) {
+            entry = decodePair(bits, count1Tree, count1Lookup, left);
+        } else {
+            // The walk ends where the granule's bits do, be it inside a codeword.
+            std::int32_t node = 0;
+            while ((entry = count1Tree[node]) < 0 && left >= 1) {
+                node += bits.readBit() ? -entry : 1;
+                --left;
+            }
+            if (entry < 0)
+                break;
         }
-        if (entry < 0)
-            break;
         for (int value = 0; value < 4; ++value) {
             if (value % 2 == 0 && !band.nextPair()) {
                 mapDone = true;

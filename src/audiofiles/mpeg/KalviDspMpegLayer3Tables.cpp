@@ -24,6 +24,21 @@ double cosOf(double units)
     return std::cos(units * pi / 72.0);
 }
 
+void fillLookup(const std::int16_t* tree, MpegHuffmanLookup (&lookup)[1 << MpegDecoderTables::huffmanLookupBits])
+{
+    constexpr int numBits = MpegDecoderTables::huffmanLookupBits;
+    for (int prefix = 0; prefix < (1 << numBits); ++prefix) {
+        int node = 0;
+        int used = 0;
+        while (tree[node] < 0 && used < numBits) {
+            node += ((prefix >> (numBits - 1 - used)) & 1) != 0 ? -tree[node] : 1;
+            ++used;
+        }
+        lookup[prefix] = tree[node] < 0 ? MpegHuffmanLookup{static_cast<std::int16_t>(node), -numBits}
+                                        : MpegHuffmanLookup{tree[node], static_cast<std::int16_t>(used)};
+    }
+}
+
 std::uint16_t packLengths(int first, int second, int third, int fourth, int row, int preflag)
 {
     return static_cast<std::uint16_t>(first | second << 3 | third << 6 | fourth << 9 | row << 12 | preflag << 15);
@@ -45,7 +60,16 @@ void MpegDecoderTables::buildLayer3Tables()
     buildImdctTables();
     buildIntensityTables();
     buildBandTables();
+    buildHuffmanLookups();
     buildScalefacLengths();
+}
+
+void MpegDecoderTables::buildHuffmanLookups()
+{
+    for (int table = 0; table < 32; ++table)
+        fillLookup(mpeg::layer3HuffmanTables[table].tree, huffmanLookup[table]);
+    for (int table = 0; table < 2; ++table)
+        fillLookup(mpeg::layer3Count1Trees[table], count1Lookup[table]);
 }
 
 void MpegDecoderTables::buildImdctTables()
