@@ -16,6 +16,10 @@ constexpr std::int64_t framesPerEntry = 4;
 constexpr int id3HeaderSize = 10;
 // Calls of decodeNextFrame that may pass without a frame before a block is given up.
 constexpr int stepsPerBlock = 10;
+// A Layer III frame's main data may begin up to 511 bytes back, across frames before it, and its first granule
+// overlaps the previous one. Eight frames more of run-up rebuild both before the target at any MPEG-1 bit rate:
+// 511 bytes span at most 7 frames of main data at the lowest one.
+constexpr std::int64_t layer3RunUpFrames = 8;
 
 } // namespace
 
@@ -102,9 +106,10 @@ void MP3FileReader::fillWithSilence()
 }
 
 // Exact whenever the position lies in the part of the file already indexed: decoding starts up to four
-// frames before it, which refills the synthesis history, and the samples before it are dropped. Beyond the
-// indexed part the stream falls back to the last entry while the frame counter is set three frames past it,
-// so the samples come 3456 early; kept as it is.
+// frames before it (Layer III eight more), which refills the synthesis history, the overlap and the
+// reservoir, and the samples before it are dropped. Beyond the indexed part the stream falls back to the
+// last entry while the frame counter is set three frames past it, so the samples come 3456 early; kept as
+// it is.
 void MP3FileReader::seek(std::uint64_t position)
 {
     std::int64_t frameIndex =
@@ -129,11 +134,23 @@ void MP3FileReader::seek(std::uint64_t position)
         return;
     }
     frameIndex = std::min(frameIndex & ~(framesPerEntry - 1), covered - 1);
-    decoder->getStream().setPosition(table[static_cast<std::size_t>(frameIndex / framesPerEntry)]);
-    decoder->setFrameCounter(static_cast<std::int32_t>(frameIndex));
+    // Without a longer run-up a Layer III jump would decode its first frames without their reservoir and
+    // overlap, and differ from the sequential read that the seek promises. The run-up's frames are dropped
+    // whole, whatever they give.
+    const std::int64_t firstFrame =
+        decoder->getHeader().layer == 3 ? std::max<std::int64_t>(frameIndex - layer3RunUpFrames, 0) : frameIndex;
+    decoder->getStream().setPosition(table[static_cast<std::size_t>(firstFrame / framesPerEntry)]);
+    decoder->setFrameCounter(static_cast<std::int32_t>(firstFrame));
     decoder->reset();
+    bool ended = false;
+    for (std::int64_t frame = firstFrame; frame < frameIndex && !ended; ++frame)
+        ended = !readNextBlock();
     decodedStart = decodedEnd = 0;
     auto toSkip = static_cast<std::int32_t>(static_cast<std::int64_t>(position) - frameIndex * samplesPerFrame);
+    if (ended) {
+        fillWithSilence();
+        toSkip = 0;
+    }
     while (toSkip > 0) {
         if (!readNextBlock()) {
             fillWithSilence();

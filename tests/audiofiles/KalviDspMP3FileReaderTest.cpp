@@ -5,6 +5,7 @@
 #include "files/KalviDspScratchFolder.h"
 
 #include <gtest/gtest.h>
+#include <random>
 
 namespace vlk::test {
 namespace {
@@ -125,6 +126,33 @@ TEST_F(MP3FileReaderLayer2, AJumpBeyondTheIndexedPartComesThreeFramesEarly)
     const std::uint64_t position = 1152 * 40;
     EXPECT_EQ(read(*reader, position, 2000)[0], slice(expected[0], position - 3 * 1152, 2000));
 }
+
+class MP3FileReaderLayer3Jumps : public testing::TestWithParam<const char*>
+{
+};
+
+// A Layer III frame takes main data from the frames before it and overlaps the previous granule: a jump
+// anywhere in the indexed part still gives the sequential read's samples.
+TEST_P(MP3FileReaderLayer3Jumps, AReadAnywhereInTheIndexedPartEqualsTheSequentialRead)
+{
+    const ScratchFolder scratch;
+    const std::string path = scratch.write("song.mp3", readFileBytes(getMpegTestPath(GetParam())));
+    const std::vector<std::vector<float>> expected = decodeChannels(path);
+    const auto reader = AudioFileReader::create(File(path));
+    const std::uint64_t end = expected[0].size();
+    read(*reader, 0, end);
+    std::mt19937 random(7);
+    for (int jump = 0; jump < 20; ++jump) {
+        const std::uint64_t position = std::uniform_int_distribution<std::uint64_t>(0, end - 3000)(random);
+        const auto block = read(*reader, position, 3000);
+        for (std::size_t channel = 0; channel < expected.size(); ++channel)
+            EXPECT_EQ(block[channel], slice(expected[channel], position, 3000)) << position;
+    }
+}
+
+// A large reservoir at 48 kHz, block switching, and free format in stereo.
+INSTANTIATE_TEST_SUITE_P(ComplianceStreams, MP3FileReaderLayer3Jumps,
+                         testing::Values("l3-compl.bit", "l3-si_block.bit", "l3-he_free.bit"));
 
 TEST(MP3FileReaderTags, AnId3TagIsSkippedUnlessItsSizeIsMalformed)
 {
