@@ -4,6 +4,8 @@
 set -euo pipefail
 
 packages=(cmake g++ make pkg-config libgtest-dev libgmock-dev libbenchmark-dev libsndfile1-dev libmpg123-dev python3-scipy python3-numpy locales)
+# The MP3 tests encode their streams with lame; scripts/bench-callgrind.sh counts instructions with valgrind.
+packages+=(lame valgrind)
 # The fuzz targets: clang with libFuzzer and the sanitizers' runtimes.
 if [ "${1:-}" = fuzz ]; then
     packages+=(clang-16 libclang-rt-16-dev)

@@ -1,4 +1,5 @@
 #include "audiofiles/KalviDspAiffFixtures.h"
+#include "audiofiles/KalviDspLameFixtures.h"
 #include "audiofiles/KalviDspWavFixtures.h"
 #include "dsp/KalviDspAudioFilePlayer.h"
 #include "dsp/KalviDspPlayerHarness.h"
@@ -168,6 +169,20 @@ TEST(AudioFilePlayerPlayback, PlaysBitForBitAtAHostsPace)
     }
 
     expectWholeFileThenSilence(sound, audio, 256);
+}
+
+// The decoder's floats pass the ring unchanged: the player outputs what the reader gives, then silence.
+TEST(AudioFilePlayerPlayback, AnMp3FilePlaysAsItsReaderDecodesIt)
+{
+    ScratchFolder folder;
+    const LameMp3 mp3 =
+        encodeWithLame(folder.path(), "song.mp3", {44100, 'j', BitRateMode::variable, 4}, 1.5);
+    const SoundFile sound{mp3.path, readThroughReader(mp3.path)};
+    AudioFilePlayer player(2, 192000);
+    Channels audio;
+    playFromStart(player, sound, 441, audio);
+
+    expectWholeFileThenSilence(sound, audio, 441);
 }
 
 TEST(AudioFilePlayerPlayback, RingSizeIsLimitedToItsRange)

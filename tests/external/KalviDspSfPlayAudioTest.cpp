@@ -1,6 +1,7 @@
 // What velur.sfplay~ sounds like: velurhost's recordings of its signal outlets against the files it played.
 #include "KalviDspExternalTestSupport.h"
 #include "KalviDspHostTestSupport.h"
+#include "audiofiles/KalviDspLameFixtures.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -118,6 +119,31 @@ TEST(SfPlayAudio, AnAiffFilePlaysAsLibsndfileReadsIt)
     for (long k = 0; k < 20000; ++k)
         for (int c = 0; c < 2; ++c)
             mismatches += recording.at(k, c) != expected[static_cast<std::size_t>(2 * k + c)];
+    EXPECT_EQ(mismatches, 0);
+}
+
+// Five starts read the whole stream into the ring before the audio runs.
+TEST(SfPlayAudio, AnMp3FilePlaysAsTheReaderDecodesIt)
+{
+    using namespace vlk::test;
+    ScratchFolder scratch;
+    const LameMp3 mp3 =
+        encodeWithLame(scratch.path(), "song.mp3", {32000, 's', BitRateMode::variable, 3}, 0.5);
+    const std::vector<std::vector<float>> expected = readThroughReader(mp3.path);
+    const auto numFrames = static_cast<long>(expected[0].size());
+    const std::string out = scratch.path() + "/out.wav";
+    const HostRun run =
+        runVelurhost(scratch.path(),
+                     "!new velur.sfplay~ @numchannels 2\nopen song.mp3\n1\n1\n1\n1\n1\n!dsp on\n!run " +
+                         std::to_string(numFrames / 64 + 2) + "v\n",
+                     speedKeepingUp("20") + " --out " + quoted(out));
+    ASSERT_EQ(run.status, 0) << run.errors;
+    const Recording recording = readRecording(out);
+    long mismatches = 0;
+    for (long k = 0; k < recording.numFrames; ++k)
+        for (int c = 0; c < 2; ++c)
+            mismatches +=
+                recording.at(k, c) != (k < numFrames ? expected[c][static_cast<std::size_t>(k)] : 0.0f);
     EXPECT_EQ(mismatches, 0);
 }
 
