@@ -57,16 +57,20 @@ std::uint32_t getWavSampleRate(const AudioFileReader& reader)
 }
 
 // Exactly the reader's length, though an estimated one may stop short of the decoded sound or reach past
-// it: the reader gives zeros behind its end.
+// it: the read that reaches the sound's end gives zeros behind it and false, and zeros follow without
+// further reads, which would seek.
 void copyFrames(AudioFileReader& reader, FloatWavWriter& writer)
 {
     const std::uint64_t numFrames = reader.getNumSamples();
     const std::uint64_t blockFrames = std::max<std::uint64_t>(1, samplesPerBlock / reader.getNumChannels());
     vlk::AudioBuffer block(reader.getNumChannels(), std::min(blockFrames, numFrames));
+    bool soundEnded = false;
     for (std::uint64_t position = 0; position < numFrames;) {
         const std::uint64_t count = std::min(blockFrames, numFrames - position);
-        if (!reader.readSamples(block, 0, count, position))
-            throw Exception("Couldnt read file " + reader.getFilePath().quoted(), __FILE__, __LINE__);
+        if (soundEnded)
+            block.clear();
+        else
+            soundEnded = !reader.readSamples(block, 0, count, position);
         writer.writeFrames(block, count);
         position += count;
     }

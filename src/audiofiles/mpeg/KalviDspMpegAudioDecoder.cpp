@@ -37,8 +37,13 @@ int MpegAudioDecoder::decodeNextFrame(float* left, float* right, std::int32_t& s
 {
     if (!headerParsed) {
         const std::int32_t offset = scanForHeader(false);
-        if ((lastFrameSize == -1 || needToSync) && skipVbrTag())
+        if ((lastFrameSize == -1 || needToSync) && skipVbrTag()) {
+            // The scan counted the tag's frame; the table indexes audio frames, so that a jump into a tagged
+            // stream lands where a sequential read does.
+            if (offset >= 0)
+                --frameCounter;
             return 1;
+        }
         if (offset < 0)
             return -1;
         if (offset > 0)
