@@ -43,10 +43,11 @@ struct Decoded
     return decoded;
 }
 
-// libmpg123's default decoder to interleaved 32-bit floats, in blocks of the same size.
-[[gnu::noinline]] Decoded decodeWithMpg123(const std::string& path)
+// libmpg123 to interleaved 32-bit floats, in blocks of the same size, with the named core or, for null, the
+// optimised one it picks.
+Decoded decodeWithMpg123Core(const std::string& path, const char* core)
 {
-    mpg123_handle* handle = mpg123_new(nullptr, nullptr);
+    mpg123_handle* handle = mpg123_new(core, nullptr);
     mpg123_param(handle, MPG123_ADD_FLAGS, MPG123_FORCE_FLOAT, 0.0);
     mpg123_open(handle, path.c_str());
     long rate = 0;
@@ -67,6 +68,17 @@ struct Decoded
     mpg123_close(handle);
     mpg123_delete(handle);
     return decoded;
+}
+
+[[gnu::noinline]] Decoded decodeWithMpg123(const std::string& path)
+{
+    return decodeWithMpg123Core(path, nullptr);
+}
+
+// Its portable C core, which has no SIMD code.
+[[gnu::noinline]] Decoded decodeWithMpg123Generic(const std::string& path)
+{
+    return decodeWithMpg123Core(path, "generic");
 }
 
 void decodeEachIteration(benchmark::State& state, const std::string& path,
@@ -117,17 +129,30 @@ void MpegMpg123ReadFloat(benchmark::State& state, MpegBenchStream stream)
         decodeEachIteration(state, path, decodeWithMpg123);
 }
 
+void MpegMpg123GenericReadFloat(benchmark::State& state, MpegBenchStream stream)
+{
+    const std::string path = findStream(state, stream);
+    if (!path.empty())
+        decodeEachIteration(state, path, decodeWithMpg123Generic);
+}
+
 } // namespace
 
 BENCHMARK_CAPTURE(MpegVelurReadSamples, layer2_48k_stereo, MpegBenchStream::layer2Stereo48k)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(MpegMpg123ReadFloat, layer2_48k_stereo, MpegBenchStream::layer2Stereo48k)
     ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(MpegMpg123GenericReadFloat, layer2_48k_stereo, MpegBenchStream::layer2Stereo48k)
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(MpegVelurReadSamples, layer3_44k1_stereo_128k, MpegBenchStream::layer3Stereo128k)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(MpegMpg123ReadFloat, layer3_44k1_stereo_128k, MpegBenchStream::layer3Stereo128k)
     ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(MpegMpg123GenericReadFloat, layer3_44k1_stereo_128k, MpegBenchStream::layer3Stereo128k)
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(MpegVelurReadSamples, layer3_mpeg2_22k05_stereo_64k, MpegBenchStream::layer3Mpeg2Stereo64k)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(MpegMpg123ReadFloat, layer3_mpeg2_22k05_stereo_64k, MpegBenchStream::layer3Mpeg2Stereo64k)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(MpegMpg123GenericReadFloat, layer3_mpeg2_22k05_stereo_64k, MpegBenchStream::layer3Mpeg2Stereo64k)
     ->Unit(benchmark::kMillisecond);

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Counts under callgrind the instructions that velur's MPEG decoder and libmpg123 (float output, the core it
-# picks itself) spend per output sample on the two Layer III streams of vlk_bench, one decode each. An output
+# Counts under callgrind the instructions that velur's MPEG decoder and libmpg123 (float output, with the core
+# it picks itself and with its portable C core) spend per output sample on the two Layer III streams of vlk_bench, one decode each. An output
 # sample is one channel's sample: a stereo frame holds two. Only the decode functions are counted, not the
 # making of the streams or the benchmark's own work.
 #
@@ -32,10 +32,11 @@ EOF
 
 printf '%-50s %15s %12s %10s\n' benchmark instructions samples "per sample"
 for stream in layer3_44k1_stereo_128k layer3_mpeg2_22k05_stereo_64k; do
-    for pair in MpegVelurReadSamples:decodeWithVelur MpegMpg123ReadFloat:decodeWithMpg123; do
+    for pair in MpegVelurReadSamples:decodeWithVelur MpegMpg123ReadFloat:decodeWithMpg123 \
+        MpegMpg123GenericReadFloat:decodeWithMpg123Generic; do
         name="${pair%%:*}/$stream"
         # One iteration: any decode of the stream under callgrind takes longer than the least time.
-        valgrind --tool=callgrind --callgrind-out-file="$work/callgrind.out" --toggle-collect="*${pair#*:}*" \
+        valgrind --tool=callgrind --callgrind-out-file="$work/callgrind.out" --toggle-collect="*${pair#*:}(*" \
             "$bench" --benchmark_filter="^$name\$" --benchmark_min_time=0.01 --benchmark_format=json \
             --benchmark_out="$work/result.json" >/dev/null 2>"$work/valgrind.log" ||
             { cat "$work/valgrind.log" >&2; exit 1; }
