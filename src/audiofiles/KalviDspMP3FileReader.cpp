@@ -64,7 +64,7 @@ void MP3FileReader::refuse() const
 // through it. A footer is not allowed for.
 void MP3FileReader::skipId3Tag()
 {
-    FileReader& stream = decoder->getStream();
+    InputStream& stream = decoder->getStream();
     const std::int64_t start = stream.getPosition();
     if ((stream.readUnsignedInt() & 0xFFFFFF) == ('I' | 'D' << 8 | '3' << 16)) {
         std::uint8_t rest[6] = {};

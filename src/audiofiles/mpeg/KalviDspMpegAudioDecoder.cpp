@@ -16,7 +16,7 @@ constexpr std::uint32_t bits(std::uint32_t word, int lowest, int count)
 
 } // namespace
 
-MpegAudioDecoder::MpegAudioDecoder(const FileReader& file) : stream(file) {}
+MpegAudioDecoder::MpegAudioDecoder(const FileReader& file) : file(file) {}
 
 void MpegAudioDecoder::reset()
 {

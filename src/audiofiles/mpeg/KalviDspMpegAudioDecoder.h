@@ -5,6 +5,7 @@
 #include "audiofiles/mpeg/KalviDspMpegLayer3Decoder.h"
 #include "audiofiles/mpeg/KalviDspMpegSynthesis.h"
 #include "audiofiles/mpeg/KalviDspVbrTag.h"
+#include "files/KalviDspBufferedInputStream.h"
 #include "files/KalviDspFileReader.h"
 
 #include <cstdint>
@@ -20,6 +21,9 @@ class MpegAudioDecoder
 {
 public:
     explicit MpegAudioDecoder(const FileReader& file);
+    // The buffered stream refers to the decoder's own file.
+    MpegAudioDecoder(const MpegAudioDecoder&) = delete;
+    MpegAudioDecoder& operator=(const MpegAudioDecoder&) = delete;
 
     // 0: a frame's data were just consumed, and decoded when left is not null (samplesDone gives the
     // samples a channel); 1: a step that gave no samples; -1: no frame can be found. A frame takes two
@@ -37,7 +41,8 @@ public:
     const std::vector<std::int64_t>& getFrameTable() const noexcept { return frameTable; }
     std::int32_t getFrameCounter() const noexcept { return frameCounter; }
     void setFrameCounter(std::int32_t frame) noexcept { frameCounter = frame; }
-    FileReader& getStream() noexcept { return stream; }
+    // The stream that the decoder reads, at the position of the next byte it takes.
+    InputStream& getStream() noexcept { return stream; }
 
     static constexpr std::int32_t maxSamplesPerFrame = 1152;
 
@@ -64,7 +69,9 @@ private:
 
     MpegFrameHeader header;
     VbrTag vbrTag;
-    FileReader stream;
+    FileReader file;
+    // A frame is read in several pieces behind a look for its header: in blocks, they cost no system call.
+    BufferedInputStream stream{file};
     std::int32_t vbrFrames = 0;
     std::int32_t frameCounter = 0;
     bool vbrTagFound = false;
