@@ -122,7 +122,8 @@ TEST(SfPlayAudio, AnAiffFilePlaysAsLibsndfileReadsIt)
     EXPECT_EQ(mismatches, 0);
 }
 
-// Five starts read the whole stream into the ring before the audio runs.
+// Five starts fill most of the ring before the audio runs; decoding the rest keeps up with real time, not
+// with twenty times it under the sanitizers.
 TEST(SfPlayAudio, AnMp3FilePlaysAsTheReaderDecodesIt)
 {
     using namespace vlk::test;
@@ -136,7 +137,7 @@ TEST(SfPlayAudio, AnMp3FilePlaysAsTheReaderDecodesIt)
         runVelurhost(scratch.path(),
                      "!new velur.sfplay~ @numchannels 2\nopen song.mp3\n1\n1\n1\n1\n1\n!dsp on\n!run " +
                          std::to_string(numFrames / 64 + 2) + "v\n",
-                     speedKeepingUp("20") + " --out " + quoted(out));
+                     speedKeepingUp("1") + " --out " + quoted(out));
     ASSERT_EQ(run.status, 0) << run.errors;
     const Recording recording = readRecording(out);
     long mismatches = 0;
