@@ -57,7 +57,7 @@ struct MpegDecoderTables
     float aliasCs[8];
     float aliasCa[8];
     // The windows by block type, times the factor 1 / (2 cos) by which the IMDCTs below fall short of the
-    // transform; the odd subbands' copy has every odd entry negated, which inverts their spectrum.
+    // transform; the odd subbands' copy has every odd entry negated, which turns their frequencies upside down.
     float imdctWindow[4][36];
     float imdctWindowOdd[4][36];
     // The long IMDCT's 18 distinct outputs (0 to 8 and 18 to 26) of its 18 inputs: [input][output], each row

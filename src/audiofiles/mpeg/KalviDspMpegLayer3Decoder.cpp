@@ -1,6 +1,6 @@
 #include "audiofiles/mpeg/KalviDspMpegLayer3Decoder.h"
 
-#include "audiofiles/mpeg/KalviDspMpegLayer3Spectrum.h"
+#include "audiofiles/mpeg/KalviDspMpegLayer3HuffmanLines.h"
 #include "audiofiles/mpeg/KalviDspMpegLayer3Stereo.h"
 
 #include <algorithm>
@@ -63,9 +63,9 @@ bool MpegLayer3Decoder::decodeChannel(const MpegFrameHeader& header, GranuleInfo
     const std::int32_t scalefactorBits = header.lsf != 0
                                              ? readMpeg2Scalefactors(bits, granule, intensityRight, scalefactors[channel])
                                              : readMpeg1Scalefactors(bits, granule, scalefactors[channel]);
-    return decodeSpectrum(bits, granule, scalefactors[channel],
-                          static_cast<std::int32_t>(granule.part2_3Length) - scalefactorBits,
-                          header.sampleRateIndex, hybridIn[channel]);
+    return decodeHuffmanLines(bits, granule, scalefactors[channel],
+                              static_cast<std::int32_t>(granule.part2_3Length) - scalefactorBits,
+                              header.sampleRateIndex, hybridIn[channel]);
 }
 
 void MpegLayer3Decoder::reset() noexcept

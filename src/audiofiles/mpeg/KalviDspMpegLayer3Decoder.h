@@ -25,7 +25,7 @@ private:
     bool decodeChannel(const MpegFrameHeader& header, GranuleInfo& granule, int channel, bool intensityRight,
                        MpegBitReader& bits) noexcept;
 
-    // The spectra of a granule, then its subband samples, 18 rows of 32.
+    // The frequency lines of a granule, then its subband samples, 18 rows of 32.
     float hybridIn[2][576] = {};
     float hybridOut[2][576] = {};
     // Kept from one granule to the next, whose scale factor sharing takes them over.

@@ -1,4 +1,4 @@
-#include "audiofiles/mpeg/KalviDspMpegLayer3Spectrum.h"
+#include "audiofiles/mpeg/KalviDspMpegLayer3HuffmanLines.h"
 
 #include "audiofiles/mpeg/KalviDspMpegDecoderTables.h"
 #include "audiofiles/mpeg/KalviDspMpegStandardTables.h"
@@ -99,8 +99,8 @@ float withSign(float magnitude, bool negative) noexcept
 
 } // namespace
 
-bool decodeSpectrum(MpegBitReader& bits, GranuleInfo& granule, const Layer3Scalefactors& scalefactors,
-                    std::int32_t bitsLeft, int sampleRateIndex, float* lines)
+bool decodeHuffmanLines(MpegBitReader& bits, GranuleInfo& granule, const Layer3Scalefactors& scalefactors,
+                        std::int32_t bitsLeft, int sampleRateIndex, float* lines)
 {
     const MpegDecoderTables& tables = MpegDecoderTables::get();
     std::fill(lines, lines + 576, 0.0f);
@@ -115,7 +115,7 @@ bool decodeSpectrum(MpegBitReader& bits, GranuleInfo& granule, const Layer3Scale
     const bool mixed = shortMap && granule.mixedBlockFlag != 0;
     const MpegBandMap& map = tables.bandMap[sampleRateIndex][shortMap ? (mixed ? 0 : 1) : 2];
     BandCursor band(map, granule, scalefactors);
-    // The last band with signal per window, the long bands as window 3; a mixed block's long part covers the
+    // The last band with signal per window, the long bands as window 3; a mixed block's long bands cover the
     // short bands below 3.
     std::int32_t lastBand[4] = {-1, -1, -1, -1};
     if (mixed)
