@@ -1,5 +1,6 @@
 #include "audiofiles/KalviDspLameFixtures.h"
 #include "dsp/KalviDspPlayerHarness.h"
+#include "files/KalviDspShellQuoting.h"
 
 #include <cstdio>
 #include <fstream>
@@ -22,22 +23,14 @@ struct DecodeRun
     std::string errors;
 };
 
-std::string quoted(const std::string& text)
-{
-    std::string result = "'";
-    for (char c : text)
-        result += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return result + "'";
-}
-
 // velurdecode with these arguments, standard input closed, standard error kept in the scratch folder.
 DecodeRun runVelurdecode(const ScratchFolder& scratch, const Lines& arguments)
 {
     const std::string errorPath = scratch / "stderr.txt";
-    std::string command = quoted(VELURDECODE_PATH);
+    std::string command = shellQuoted(VELURDECODE_PATH);
     for (const std::string& argument : arguments)
-        command.append(" ").append(quoted(argument));
-    command.append(" </dev/null 2>").append(quoted(errorPath));
+        command.append(" ").append(shellQuoted(argument));
+    command.append(" </dev/null 2>").append(shellQuoted(errorPath));
     DecodeRun run;
     FILE* pipe = popen(command.c_str(), "r");
     if (pipe == nullptr)

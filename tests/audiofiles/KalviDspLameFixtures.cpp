@@ -2,6 +2,7 @@
 
 #include "audiofiles/KalviDspAudioFileReader.h"
 #include "containers/KalviDspAudioBuffer.h"
+#include "files/KalviDspShellQuoting.h"
 
 #include <sndfile.h>
 
@@ -63,14 +64,6 @@ void writeWav(const std::string& path, const std::vector<std::vector<float>>& ch
     sf_close(file);
 }
 
-std::string quoted(const std::string& text)
-{
-    std::string result = "'";
-    for (const char character : text)
-        result += character == '\'' ? std::string("'\\''") : std::string(1, character);
-    return result + "'";
-}
-
 // lame's --resample takes kHz; written without the C library's number formatting, which follows the locale.
 std::string toKilohertz(int sampleRate)
 {
@@ -100,8 +93,8 @@ void runLame(const std::string& wavPath, const std::string& mp3Path, const LameE
     const std::string errorPath = mp3Path + ".lame-errors.txt";
     const std::string command = "lame --quiet -m " + std::string(1, encoding.mode) + " " +
                                 makeBitRateOptions(encoding) + " --resample " +
-                                toKilohertz(encoding.sampleRate) + " " + quoted(wavPath) + " " +
-                                quoted(mp3Path) + " </dev/null 2>" + quoted(errorPath);
+                                toKilohertz(encoding.sampleRate) + " " + shellQuoted(wavPath) + " " +
+                                shellQuoted(mp3Path) + " </dev/null 2>" + shellQuoted(errorPath);
     const int status = std::system(command.c_str());
     if (status != 0) {
         std::ifstream errors(errorPath);

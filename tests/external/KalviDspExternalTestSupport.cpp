@@ -11,14 +11,6 @@
 
 namespace vlk::external::test {
 
-std::string quoted(const std::string& text)
-{
-    std::string result = "'";
-    for (char c : text)
-        result += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return result + "'";
-}
-
 // Under the race detector the buffering thread runs several times slower, and faster than real time it falls
 // behind: the player then plays silence where frames are missing. Real time is what it keeps up with.
 std::string speedKeepingUp(const std::string& speed)
@@ -36,8 +28,8 @@ HostRun runVelurhost(const std::string& folder, const std::string& script, const
     const std::string scriptPath = folder + "/script.txt";
     std::ofstream(scriptPath) << script;
     const std::string errorPath = folder + "/stderr.txt";
-    const std::string command = quoted(VELURHOST_PATH) + " --path " + quoted(folder) + " " + options + " " +
-                                quoted(scriptPath) + " </dev/null 2>" + quoted(errorPath);
+    const std::string command = shellQuoted(VELURHOST_PATH) + " --path " + shellQuoted(folder) + " " + options + " " +
+                                shellQuoted(scriptPath) + " </dev/null 2>" + shellQuoted(errorPath);
     HostRun run;
     FILE* pipe = popen(command.c_str(), "r");
     if (pipe == nullptr)

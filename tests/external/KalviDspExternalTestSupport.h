@@ -1,5 +1,7 @@
 #pragma once
 
+#include "files/KalviDspShellQuoting.h"
+
 #include <functional>
 #include <string>
 #include <vector>
@@ -20,7 +22,7 @@ struct HostRun
 HostRun runVelurhost(const std::string& folder, const std::string& script, const std::string& options = "");
 // The lines without those of the buffering level, which come when the buffering thread gets to them.
 std::vector<std::string> withoutBuffering(const std::vector<std::string>& lines);
-std::string quoted(const std::string& text);
+using vlk::test::shellQuoted;
 // The option of a pace at which the disk side keeps up with the audio, so that a recording holds every frame of
 // the file; speed where it can.
 std::string speedKeepingUp(const std::string& speed);

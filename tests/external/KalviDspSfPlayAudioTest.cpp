@@ -65,7 +65,7 @@ TEST_P(SfPlayPace, TheRecordingHoldsTheFileBitForBitAndThePositionRamp)
     const HostRun run = runVelurhost(scratch.path(),
                                      "!new velur.sfplay~ @numchannels 2\nopen noise.wav\n" +
                                          std::string(GetParam().starts) + "!dsp on\n!run 375v\n",
-                                     speedKeepingUp(GetParam().speed) + " --out " + quoted(out));
+                                     speedKeepingUp(GetParam().speed) + " --out " + shellQuoted(out));
     ASSERT_EQ(run.status, 0) << run.errors;
     EXPECT_TRUE(noSanitizerReport(run.errors)) << run.errors;
     const Recording recording = readRecording(out);
@@ -112,7 +112,7 @@ TEST(SfPlayAudio, AnAiffFilePlaysAsLibsndfileReadsIt)
     const HostRun run =
         runVelurhost(scratch.path(),
                      "!new velur.sfplay~ @numchannels 2\nopen tune.aif\n1\n1\n1\n1\n1\n!dsp on\n!run 330v\n",
-                     speedKeepingUp("20") + " --out " + quoted(out));
+                     speedKeepingUp("20") + " --out " + shellQuoted(out));
     ASSERT_EQ(run.status, 0) << run.errors;
     const Recording recording = readRecording(out);
     long mismatches = 0;
@@ -137,7 +137,7 @@ TEST(SfPlayAudio, AnMp3FilePlaysAsTheReaderDecodesIt)
         runVelurhost(scratch.path(),
                      "!new velur.sfplay~ @numchannels 2\nopen song.mp3\n1\n1\n1\n1\n1\n!dsp on\n!run " +
                          std::to_string(numFrames / 64 + 2) + "v\n",
-                     speedKeepingUp("1") + " --out " + quoted(out));
+                     speedKeepingUp("1") + " --out " + shellQuoted(out));
     ASSERT_EQ(run.status, 0) << run.errors;
     const Recording recording = readRecording(out);
     long mismatches = 0;
@@ -160,7 +160,7 @@ TEST(SfPlayAudio, LoopingIsGaplessOverTheFileAndOverARegion)
         runVelurhost(scratch.path(),
                      "!new velur.sfplay~ @loop 1\nopen count.wav\n1\n1\n1\n!dsp on\n!run 500v\n"
                      "seek 100 200\n!run 500v\n",
-                     speedKeepingUp("4") + " --out " + quoted(out));
+                     speedKeepingUp("4") + " --out " + shellQuoted(out));
     ASSERT_EQ(run.status, 0) << run.errors;
     for (const std::string& line : run.lines)
         EXPECT_NE(line, "dump: bang");
@@ -182,7 +182,7 @@ TEST(SfPlayAudio, AnEndBangAnsweredWithOneRestartsTheFile)
     const std::string out = scratch.path() + "/out.wav";
     const HostRun run = runVelurhost(
         scratch.path(), "!new velur.sfplay~\nopen count.wav\n!answer bang 1\n!dsp on\n1\n!run 34v\n",
-        speedKeepingUp("20") + " --out " + quoted(out));
+        speedKeepingUp("20") + " --out " + shellQuoted(out));
     ASSERT_EQ(run.status, 0) << run.errors;
     EXPECT_EQ(std::count(run.lines.begin(), run.lines.end(), "dump: bang"), 2);
     const Recording recording = readRecording(out);
@@ -206,7 +206,7 @@ TEST(SfPlayAudio, MuteBypassAndDisableAreSilentAndFrozen)
                      "!new velur.sfplay~\nopen count.wav\n1\n!dsp on\n!run 10v\n"
                      "mute 1\n!run 10v\nmute 0\n!run 10v\nbypass 1\n!run 10v\nbypass 0\n!run 10v\n"
                      "!disable 1\n!run 10v\n!disable 0\n!run 10v\n",
-                     speedKeepingUp("20") + " --out " + quoted(out));
+                     speedKeepingUp("20") + " --out " + shellQuoted(out));
     ASSERT_EQ(run.status, 0) << run.errors;
     const Recording recording = readRecording(out);
     ASSERT_EQ(recording.numFrames, 70 * 64);
@@ -232,7 +232,7 @@ TEST(SfPlayAudio, ASecondFileReplacesTheFirstWhilePlaying)
         runVelurhost(scratch.path(),
                      "!new velur.sfplay~\nopen count.wav\n1\n!dsp on\n!run 50v\nopen noise.wav\n"
                      "!run 5v\n1\n!run 50v\n",
-                     speedKeepingUp("20") + " --out " + quoted(out));
+                     speedKeepingUp("20") + " --out " + shellQuoted(out));
     ASSERT_EQ(run.status, 0) << run.errors;
     const Recording recording = readRecording(out);
     ASSERT_EQ(recording.numFrames, 105 * 64);

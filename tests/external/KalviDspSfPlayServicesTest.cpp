@@ -40,7 +40,7 @@ std::string contents(const std::string& path)
 bool parsesAsXml(const std::string& path)
 {
     const std::string command =
-        "python3 -c 'import sys, xml.dom.minidom; xml.dom.minidom.parse(sys.argv[1])' " + quoted(path) +
+        "python3 -c 'import sys, xml.dom.minidom; xml.dom.minidom.parse(sys.argv[1])' " + shellQuoted(path) +
         " 2>/dev/null";
     return std::system(command.c_str()) == 0;
 }

@@ -1,4 +1,5 @@
 #include "KalviDspHostTestSupport.h"
+#include "files/KalviDspShellQuoting.h"
 
 #include <cstdio>
 #include <fstream>
@@ -10,6 +11,8 @@
 namespace vlk::host::test {
 namespace {
 
+using vlk::test::shellQuoted;
+
 struct HostRun
 {
     int status = -1;
@@ -17,22 +20,14 @@ struct HostRun
     std::string errors;
 };
 
-std::string quoted(const std::string& text)
-{
-    std::string result = "'";
-    for (char c : text)
-        result += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return result + "'";
-}
-
 // velurhost with the test external's folder on its path, the script from a file, standard input closed.
 HostRun runVelurhost(const ScratchFolder& scratch, const std::string& script, const std::string& options = "")
 {
     const std::string scriptPath = scratch.write("script.txt", script);
     const std::string errorPath = scratch.path() + "/stderr.txt";
-    const std::string command = quoted(VELURHOST_PATH) + " --speed 0 --path " +
-                                quoted(HOST_TEST_EXTERNALS_DIR) + " " + options + " " + quoted(scriptPath) +
-                                " </dev/null 2>" + quoted(errorPath);
+    const std::string command = shellQuoted(VELURHOST_PATH) + " --speed 0 --path " +
+                                shellQuoted(HOST_TEST_EXTERNALS_DIR) + " " + options + " " + shellQuoted(scriptPath) +
+                                " </dev/null 2>" + shellQuoted(errorPath);
     HostRun run;
     FILE* pipe = popen(command.c_str(), "r");
     if (pipe == nullptr)
@@ -142,7 +137,7 @@ TEST(VelurHostScripts, TheRecordingHoldsEverySignalOutletAndExactlyTheRenderedFr
     const std::string wav = scratch.path() + "/out.wav";
     HostRun run =
         runVelurhost(scratch, "!new hosttest~ @numchannels 3 @level 0.5\n!dsp on\n!run 5v\n!run 130\n",
-                     "--sr 22050 --vector 32 --out " + quoted(wav));
+                     "--sr 22050 --vector 32 --out " + shellQuoted(wav));
     ASSERT_EQ(run.status, 0) << run.errors;
     SF_INFO info{};
     SNDFILE* file = sf_open(wav.c_str(), SFM_READ, &info);
@@ -167,7 +162,7 @@ TEST(VelurHostScripts, OpenAsksTheDialogOrTheSearchPath)
     HostRun run = runVelurhost(scratch,
                                "!new hosttest~\n!dialog cancel\nopen\n!dialog " + scratch.path() +
                                    "/picked.aif\nopen\n" + "open found.wav\nopen missing.wav\n",
-                               "--path " + quoted(scratch.path()));
+                               "--path " + shellQuoted(scratch.path()));
     EXPECT_EQ(run.status, 0) << run.errors;
     EXPECT_EQ(run.lines, (std::vector<std::string>{
                              "post: hosttest~: dialog cancelled", "error: hosttest~: no path for picked.aif",
