@@ -1,6 +1,7 @@
 #include "audiofiles/KalviDspAudioFileReader.h"
 
 #include "audiofiles/KalviDspAiffFileReader.h"
+#include "audiofiles/KalviDspCoreAudioFileReader.h"
 #include "audiofiles/KalviDspFourCharacterCode.h"
 #include "audiofiles/KalviDspMP3FileReader.h"
 #include "audiofiles/KalviDspSampleConversion.h"
@@ -131,11 +132,12 @@ std::unique_ptr<AudioFileReader> AudioFileReader::createMp3Reader(const File& fi
     return createIfOfType<MP3FileReader>(file, mp3FileType);
 }
 
-// Without the platform's audio file services no file opens here, so files that no native reader takes are
-// refused.
-std::unique_ptr<AudioFileReader> AudioFileReader::createCoreAudioReader(const File&)
+std::unique_ptr<AudioFileReader> AudioFileReader::createCoreAudioReader(const File& file)
 {
-    return nullptr;
+    auto reader = std::make_unique<CoreAudioFileReader>(file);
+    if (!reader->isOpened())
+        return nullptr;
+    return reader;
 }
 
 std::uint32_t AudioFileReader::getNumChannels() const

@@ -1,4 +1,5 @@
 #include "audiofiles/KalviDspLameFixtures.h"
+#include "audiofiles/KalviDspReaderReads.h"
 #include "dsp/KalviDspPlayerHarness.h"
 #include "files/KalviDspShellQuoting.h"
 

@@ -103,13 +103,16 @@ TEST(AudioFileReaderCreate, MissingFileAndFolderDoNotExist)
         EXPECT_EQ(createMessage(path), "File \"" + path + "\" does not exist.");
 }
 
-// Files that no built-in reader takes: the MP3 reader is not there, and the platform's services open
-// nothing.
+// Files that no native reader takes and the platform's services do not open either, whatever they are named.
+// A list that names a sound file beside it is one: a file is read from its own bytes only.
 TEST(AudioFileReaderCreate, FilesWithoutAReaderAreNotValid)
 {
     const ScratchFolder scratch;
-    const std::string path = scratch.write("notes.txt", "plain text");
-    EXPECT_EQ(createMessage(path), "File \"" + path + "\" is not a valid audio file.");
+    writeStereoWav(scratch, "inside.wav", 100);
+    for (const std::string& path : {scratch.write("notes.txt", "plain text"), scratch.write("empty.ogg", ""),
+                                    scratch.write("noise.xyz", test::makePatternBytes(100000)),
+                                    scratch.write("list.txt", "ffconcat version 1.0\nfile inside.wav\n")})
+        EXPECT_EQ(createMessage(path), "File \"" + path + "\" is not a valid audio file.");
 }
 
 // A .mp3 file goes to the MPEG reader, which refuses one without frames in its own words.

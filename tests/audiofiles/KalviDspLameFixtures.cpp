@@ -1,16 +1,13 @@
 #include "audiofiles/KalviDspLameFixtures.h"
 
-#include "audiofiles/KalviDspAudioFileReader.h"
-#include "containers/KalviDspAudioBuffer.h"
+#include "audiofiles/KalviDspSweepSignal.h"
 #include "files/KalviDspShellQuoting.h"
 
 #include <sndfile.h>
 
 #include <array>
-#include <cmath>
 #include <cstdlib>
 #include <fstream>
-#include <numbers>
 #include <sstream>
 #include <stdexcept>
 #include <sys/wait.h>
@@ -18,51 +15,6 @@
 namespace vlk::test {
 
 namespace {
-
-struct Sweep
-{
-    double startHz;
-    double endHz;
-    float amplitude;
-};
-
-// Low enough to pass lame's low-pass at 8 kHz and 16 kbit/s; the second channel falls while the first rises.
-constexpr std::array<Sweep, 2> sweeps{Sweep{150.0, 900.0, 0.4f}, Sweep{1000.0, 300.0, 0.3f}};
-
-std::vector<std::vector<float>> makeSignal(std::uint32_t numChannels, int sampleRate, double seconds)
-{
-    const auto numFrames = static_cast<std::size_t>(seconds * sampleRate);
-    std::vector<std::vector<float>> channels(numChannels, std::vector<float>(numFrames));
-    for (std::uint32_t channel = 0; channel < numChannels; ++channel) {
-        const Sweep& sweep = sweeps[channel];
-        const double slope = (sweep.endHz - sweep.startHz) / seconds;
-        for (std::size_t frame = 0; frame < numFrames; ++frame) {
-            const double time = static_cast<double>(frame) / sampleRate;
-            const double phase = 2.0 * std::numbers::pi * (sweep.startHz * time + slope * time * time / 2.0);
-            channels[channel][frame] = sweep.amplitude * static_cast<float>(std::sin(phase));
-        }
-    }
-    return channels;
-}
-
-void writeWav(const std::string& path, const std::vector<std::vector<float>>& channels, int sampleRate)
-{
-    SF_INFO info{};
-    info.samplerate = sampleRate;
-    info.channels = static_cast<int>(channels.size());
-    info.format = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
-    SNDFILE* file = sf_open(path.c_str(), SFM_WRITE, &info);
-    if (file == nullptr)
-        throw std::runtime_error("libsndfile cannot write " + path + ": " + sf_strerror(nullptr));
-    const std::size_t numFrames = channels[0].size();
-    std::vector<float> interleaved;
-    interleaved.reserve(numFrames * channels.size());
-    for (std::size_t frame = 0; frame < numFrames; ++frame)
-        for (const std::vector<float>& channel : channels)
-            interleaved.push_back(channel[frame]);
-    sf_writef_float(file, interleaved.data(), static_cast<sf_count_t>(numFrames));
-    sf_close(file);
-}
 
 // lame's --resample takes kHz; written without the C library's number formatting, which follows the locale.
 std::string toKilohertz(int sampleRate)
@@ -167,25 +119,12 @@ std::uint32_t getSamplesPerFrame(int sampleRate)
 LameMp3 encodeWithLame(const std::string& folder, const std::string& name, const LameEncoding& encoding,
                        double seconds)
 {
-    LameMp3 mp3{folder + "/" + name, makeSignal(getNumChannels(encoding), encoding.sampleRate, seconds)};
+    LameMp3 mp3{folder + "/" + name, makeSweepSignal(getNumChannels(encoding), encoding.sampleRate, seconds)};
     const std::string wavPath = mp3.path + ".wav";
-    writeWav(wavPath, mp3.source, encoding.sampleRate);
+    writeWavFile(wavPath, mp3.source, encoding.sampleRate, SF_FORMAT_WAV | SF_FORMAT_PCM_16);
     runLame(wavPath, mp3.path, encoding);
     checkFirstFrame(mp3, encoding);
     return mp3;
-}
-
-std::vector<std::vector<float>> readThroughReader(const std::string& path)
-{
-    const auto reader = AudioFileReader::create(File(path));
-    const std::uint64_t numFrames = reader->getNumSamples();
-    AudioBuffer buffer(reader->getNumChannels(), numFrames);
-    buffer.setNumSamples(numFrames);
-    reader->readSamples(buffer, 0, numFrames, 0);
-    std::vector<std::vector<float>> channels;
-    for (std::uint32_t channel = 0; channel < reader->getNumChannels(); ++channel)
-        channels.emplace_back(buffer.getChannel(channel), buffer.getChannel(channel) + numFrames);
-    return channels;
 }
 
 } // namespace vlk::test

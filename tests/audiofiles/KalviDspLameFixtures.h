@@ -44,14 +44,10 @@ struct LameMp3
     bool hasVbrTag = false;
 };
 
-// Writes seconds of the test signal (a slow sweep a channel, each its own, so that a delay and a swap both
-// show) at the encoding's rate as 16-bit WAV in folder and encodes it as name. Throws std::runtime_error
+// Writes seconds of the sweep signal at the encoding's rate as 16-bit WAV in folder and encodes it as name. Throws std::runtime_error
 // when lame fails, or when the first frame of its output states another rate, channel mode or bit rate mode
 // than asked for: lame picks its own rate unless told, and a table case must be what its name says.
 LameMp3 encodeWithLame(const std::string& folder, const std::string& name, const LameEncoding& encoding,
                        double seconds);
-
-// The file through the reader factory: its numSamples frames, read at once, one vector per channel.
-std::vector<std::vector<float>> readThroughReader(const std::string& path);
 
 } // namespace vlk::test

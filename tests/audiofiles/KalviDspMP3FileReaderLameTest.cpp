@@ -2,6 +2,7 @@
 // bit rate mode: the encoder's input is the oracle of the decoded sound.
 #include "audiofiles/KalviDspAudioFileReader.h"
 #include "audiofiles/KalviDspLameFixtures.h"
+#include "audiofiles/KalviDspReaderReads.h"
 #include "containers/KalviDspAudioBuffer.h"
 #include "files/KalviDspScratchFolder.h"
 
@@ -13,52 +14,11 @@
 namespace vlk::test {
 namespace {
 
-using Channels = std::vector<std::vector<float>>;
-
 constexpr double sourceSeconds = 2.0;
 // lame's encoder delay and the decoder's, of its hybrid and synthesis filters: where the source's first
 // sample lies when the reader gives the first audio frame's samples first.
 constexpr std::size_t codecDelay = 576 + 529;
 constexpr double minimumSnrDb = 20.0;
-
-// Every frame through readSamples in consecutive blocks, through the first read that reports the end and
-// fills its rest with zeros.
-Channels readSequentially(AudioFileReader& reader)
-{
-    constexpr std::uint64_t blockFrames = 4096;
-    Channels channels(reader.getNumChannels());
-    AudioBuffer buffer(reader.getNumChannels(), blockFrames);
-    buffer.setNumSamples(blockFrames);
-    bool more = true;
-    // A bound far beyond any stream of the table, against a reader that never reports the end.
-    for (std::uint64_t position = 0; more && position < 1000000; position += blockFrames) {
-        more = reader.readSamples(buffer, 0, blockFrames, position);
-        for (std::uint32_t channel = 0; channel < reader.getNumChannels(); ++channel)
-            channels[channel].insert(channels[channel].end(), buffer.getChannel(channel),
-                                     buffer.getChannel(channel) + blockFrames);
-    }
-    return channels;
-}
-
-Channels readAt(AudioFileReader& reader, std::uint64_t position, std::uint64_t numFrames)
-{
-    AudioBuffer buffer(reader.getNumChannels(), numFrames);
-    buffer.setNumSamples(numFrames);
-    reader.readSamples(buffer, 0, numFrames, position);
-    Channels channels;
-    for (std::uint32_t channel = 0; channel < reader.getNumChannels(); ++channel)
-        channels.emplace_back(buffer.getChannel(channel), buffer.getChannel(channel) + numFrames);
-    return channels;
-}
-
-Channels slice(const Channels& channels, std::uint64_t position, std::uint64_t numFrames)
-{
-    Channels slices;
-    for (const std::vector<float>& channel : channels)
-        slices.emplace_back(channel.begin() + static_cast<std::ptrdiff_t>(position),
-                            channel.begin() + static_cast<std::ptrdiff_t>(position + numFrames));
-    return slices;
-}
 
 // The lag of decoded behind source that correlates best, over a window from the source's second quarter: a
 // sweep matches at one lag only.
@@ -129,7 +89,7 @@ TEST_P(MP3FileReaderLame, GivesTheEncodersInputBehindTheCodecDelay)
         EXPECT_LE(reader->getNumSamples(), (sourceEnd + 2 * samplesPerFrame) * countedPerDecoded * estimateSlack);
     }
 
-    const Channels decoded = readSequentially(*reader);
+    const Channels decoded = readSequentially(*reader, 4096, 1000000);
     ASSERT_EQ(decoded.size(), mp3.source.size());
     ASSERT_GE(decoded[0].size(), sourceEnd);
     EXPECT_EQ(findDelay(decoded[0], mp3.source[0], 4 * codecDelay), codecDelay);
@@ -147,7 +107,7 @@ TEST_P(MP3FileReaderLame, ReadsAtRandomPositionsEqualTheSequentialRead)
     if (GetParam().bitRateMode == BitRateMode::freeFormat)
         GTEST_SKIP() << "the scans that measure a free-format frame count frames twice: its table lags its frames";
     constexpr std::uint64_t readFrames = 1500;
-    const Channels sequential = readSequentially(*reader);
+    const Channels sequential = readSequentially(*reader, 4096, 1000000);
     ASSERT_GT(sequential[0].size(), readFrames);
     std::mt19937 generator(20250611);
     std::uniform_int_distribution<std::uint64_t> positions(0, sequential[0].size() - readFrames);

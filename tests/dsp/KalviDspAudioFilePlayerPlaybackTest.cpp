@@ -1,5 +1,6 @@
 #include "audiofiles/KalviDspAiffFixtures.h"
 #include "audiofiles/KalviDspLameFixtures.h"
+#include "audiofiles/KalviDspReaderReads.h"
 #include "audiofiles/KalviDspWavFixtures.h"
 #include "dsp/KalviDspAudioFilePlayer.h"
 #include "dsp/KalviDspPlayerHarness.h"

@@ -2,6 +2,7 @@
 #include "KalviDspExternalTestSupport.h"
 #include "KalviDspHostTestSupport.h"
 #include "audiofiles/KalviDspLameFixtures.h"
+#include "audiofiles/KalviDspReaderReads.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
