@@ -19,6 +19,18 @@ cmake --build "$build" -j"$(nproc)"
 seeds="$build/seeds"
 rm -rf "$seeds"
 "$build/fuzz/velur_fuzz_seeds" "$seeds"
+# Short files of the formats that FFmpeg reads for the platform's services, for their target and, behind the
+# byte that picks an extension no native reader has, for the factory's.
+mkdir -p "$seeds/audio_toolbox"
+for format in "flac:-c:a flac" "ogg:-c:a libvorbis" "opus:-c:a libopus" "m4a:-c:a aac" "caf:-c:a alac" \
+    "w64:-c:a pcm_s16le" "mp2:-c:a mp2"; do
+    extension=${format%%:*}
+    seed="$seeds/audio_toolbox/seed.$extension"
+    # shellcheck disable=SC2086
+    ffmpeg -nostdin -loglevel error -y -f lavfi -i "sine=frequency=440:duration=0.05:sample_rate=48000" -ac 2 \
+        ${format#*:} "$seed"
+    { printf '\x03'; cat "$seed"; } >"$seeds/reader_factory/platform-$extension"
+done
 mkdir -p "$build/crashes"
 
 # A small quarantine: the targets free what they allocate at every execution, and a large one costs page
@@ -46,7 +58,7 @@ run_target() {
     echo "$status" >"$build/$name.status"
 }
 
-targets=(reader_factory mpeg_decoder aiff_marker_chunk wav_chna_parser wav_bext_record aiff_sample_rate)
+targets=(reader_factory audio_toolbox mpeg_decoder aiff_marker_chunk wav_chna_parser wav_bext_record aiff_sample_rate)
 running=0
 for name in "${targets[@]}"; do
     if [ "$running" -ge "$(nproc)" ]; then

@@ -4,8 +4,11 @@
 set -euo pipefail
 
 packages=(cmake g++ make pkg-config libgtest-dev libgmock-dev libbenchmark-dev libsndfile1-dev libmpg123-dev python3-scipy python3-numpy locales)
-# The MP3 tests encode their streams with lame; scripts/bench-callgrind.sh counts instructions with valgrind.
-packages+=(lame valgrind)
+# FFmpeg's libraries read the formats that no native reader takes.
+packages+=(libavformat-dev libavcodec-dev libswresample-dev libavutil-dev)
+# The MP3 tests encode their streams with lame, the other formats' tests with ffmpeg; scripts/bench-callgrind.sh
+# counts instructions with valgrind.
+packages+=(lame ffmpeg valgrind)
 # The fuzz targets: clang with libFuzzer and the sanitizers' runtimes.
 if [ "${1:-}" = fuzz ]; then
     packages+=(clang-16 libclang-rt-16-dev)

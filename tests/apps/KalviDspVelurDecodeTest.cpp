@@ -1,3 +1,4 @@
+#include "audiofiles/KalviDspFfmpegFixtures.h"
 #include "audiofiles/KalviDspLameFixtures.h"
 #include "audiofiles/KalviDspReaderReads.h"
 #include "dsp/KalviDspPlayerHarness.h"
@@ -142,6 +143,24 @@ TEST(VelurDecodeSamples, AnMp3FileIsWhatItsReaderGives)
         for (std::size_t channel = 0; channel < decoded.size(); ++channel)
             EXPECT_EQ(findFirstDifference(expected[channel], decoded[channel]), -1)
                 << name << " channel " << channel;
+    }
+}
+
+TEST(VelurDecodeSamples, FilesOfThePlatformAreWhatTheirReaderGives)
+{
+    ScratchFolder scratch;
+    for (const FfmpegFormat& format : getFfmpegFormats()) {
+        const EncodedFile file = encodeWithFfmpeg(scratch.path(), format.name, format, 1.0);
+        const Channels expected = readThroughReader(file.path);
+        const std::string output = scratch / (std::string(format.name) + ".out.wav");
+        const DecodeRun run = runVelurdecode(scratch, {file.path, output});
+        ASSERT_EQ(run.status, 0) << format.name << ": " << run.errors;
+        const Channels decoded =
+            readFloatWav(output, 2, format.sampleRate, static_cast<std::int64_t>(expected[0].size()));
+        ASSERT_EQ(decoded.size(), expected.size()) << format.name;
+        for (std::size_t channel = 0; channel < decoded.size(); ++channel)
+            EXPECT_EQ(findFirstDifference(expected[channel], decoded[channel]), -1)
+                << format.name << " channel " << channel;
     }
 }
 

@@ -29,7 +29,7 @@ extern "C" OSStatus __wrap_ExtAudioFileSeek(ExtAudioFileRef file, SInt64 frame)
 namespace vlk::test {
 namespace {
 
-constexpr double sourceSeconds = 3.0;
+constexpr double sourceSeconds = 2.0;
 
 float maxDifference(const Channels& first, const Channels& second)
 {

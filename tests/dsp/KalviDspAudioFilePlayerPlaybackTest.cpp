@@ -1,4 +1,5 @@
 #include "audiofiles/KalviDspAiffFixtures.h"
+#include "audiofiles/KalviDspFfmpegFixtures.h"
 #include "audiofiles/KalviDspLameFixtures.h"
 #include "audiofiles/KalviDspReaderReads.h"
 #include "audiofiles/KalviDspWavFixtures.h"
@@ -184,6 +185,21 @@ TEST(AudioFilePlayerPlayback, AnMp3FilePlaysAsItsReaderDecodesIt)
     playFromStart(player, sound, 441, audio);
 
     expectWholeFileThenSilence(sound, audio, 441);
+}
+
+// The same for every format that the platform's services read.
+TEST(AudioFilePlayerPlayback, FilesOfThePlatformPlayAsTheirReaderGivesThem)
+{
+    ScratchFolder folder;
+    for (const FfmpegFormat& format : getFfmpegFormats()) {
+        const EncodedFile file = encodeWithFfmpeg(folder.path(), format.name, format, 0.5);
+        const SoundFile sound{file.path, readThroughReader(file.path)};
+        AudioFilePlayer player(2, 192000);
+        Channels audio;
+        playFromStart(player, sound, 441, audio);
+        SCOPED_TRACE(format.name);
+        expectWholeFileThenSilence(sound, audio, 441);
+    }
 }
 
 TEST(AudioFilePlayerPlayback, RingSizeIsLimitedToItsRange)

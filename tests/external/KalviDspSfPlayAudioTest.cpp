@@ -1,6 +1,7 @@
 // What velur.sfplay~ sounds like: velurhost's recordings of its signal outlets against the files it played.
 #include "KalviDspExternalTestSupport.h"
 #include "KalviDspHostTestSupport.h"
+#include "audiofiles/KalviDspFfmpegFixtures.h"
 #include "audiofiles/KalviDspLameFixtures.h"
 #include "audiofiles/KalviDspReaderReads.h"
 
@@ -125,18 +126,14 @@ TEST(SfPlayAudio, AnAiffFilePlaysAsLibsndfileReadsIt)
 
 // Five starts fill most of the ring before the audio runs; decoding the rest keeps up with real time, not
 // with twenty times it under the sanitizers.
-TEST(SfPlayAudio, AnMp3FilePlaysAsTheReaderDecodesIt)
+void expectPlaysAsTheReaderGivesIt(const ScratchFolder& scratch, const std::string& name)
 {
-    using namespace vlk::test;
-    ScratchFolder scratch;
-    const LameMp3 mp3 =
-        encodeWithLame(scratch.path(), "song.mp3", {32000, 's', BitRateMode::variable, 3}, 0.5);
-    const std::vector<std::vector<float>> expected = readThroughReader(mp3.path);
+    const std::vector<std::vector<float>> expected = vlk::test::readThroughReader(scratch.path() + "/" + name);
     const auto numFrames = static_cast<long>(expected[0].size());
     const std::string out = scratch.path() + "/out.wav";
     const HostRun run =
         runVelurhost(scratch.path(),
-                     "!new velur.sfplay~ @numchannels 2\nopen song.mp3\n1\n1\n1\n1\n1\n!dsp on\n!run " +
+                     "!new velur.sfplay~ @numchannels 2\nopen " + name + "\n1\n1\n1\n1\n1\n!dsp on\n!run " +
                          std::to_string(numFrames / 64 + 2) + "v\n",
                      speedKeepingUp("1") + " --out " + shellQuoted(out));
     ASSERT_EQ(run.status, 0) << run.errors;
@@ -146,7 +143,27 @@ TEST(SfPlayAudio, AnMp3FilePlaysAsTheReaderDecodesIt)
         for (int c = 0; c < 2; ++c)
             mismatches +=
                 recording.at(k, c) != (k < numFrames ? expected[c][static_cast<std::size_t>(k)] : 0.0f);
-    EXPECT_EQ(mismatches, 0);
+    EXPECT_EQ(mismatches, 0) << name;
+}
+
+TEST(SfPlayAudio, AnMp3FilePlaysAsTheReaderDecodesIt)
+{
+    using namespace vlk::test;
+    ScratchFolder scratch;
+    encodeWithLame(scratch.path(), "song.mp3", {32000, 's', BitRateMode::variable, 3}, 0.5);
+    expectPlaysAsTheReaderGivesIt(scratch, "song.mp3");
+}
+
+// A lossless and a lossy format of those the platform's services read.
+TEST(SfPlayAudio, FilesOfThePlatformPlayAsTheReaderGivesThem)
+{
+    using namespace vlk::test;
+    ScratchFolder scratch;
+    for (const FfmpegFormat& format : getFfmpegFormats())
+        if (std::string(format.name) == "flac" || std::string(format.name) == "vorbis") {
+            const EncodedFile file = encodeWithFfmpeg(scratch.path(), format.name, format, 0.5);
+            expectPlaysAsTheReaderGivesIt(scratch, std::string(format.name) + format.extension);
+        }
 }
 
 TEST(SfPlayAudio, LoopingIsGaplessOverTheFileAndOverARegion)

@@ -163,8 +163,15 @@ std::int64_t FfmpegAudioDecoder::findEnd(std::int64_t from)
 
 bool FfmpegAudioDecoder::seek(std::int64_t target)
 {
-    if (!isWithinLimit(target) || target < 0)
+    if (target < 0)
         return false;
+    // Behind the end nothing is decoded: reads give silence until the next seek.
+    if (target >= numFrames) {
+        blockPosition = target;
+        blockOffset = 0;
+        blockFrames = 0;
+        return true;
+    }
     for (int retry = 0; retry <= seekRetries; ++retry) {
         const std::int64_t runUp = seekRunUpFrames + std::max(demuxer.getStream().codecpar->seek_preroll, 0);
         const std::int64_t from = target - (runUp << (2 * retry));
@@ -249,7 +256,8 @@ int FfmpegAudioDecoder::locate(std::int64_t target, bool fromTheStart)
 std::int64_t FfmpegAudioDecoder::read(float* const* channels, std::int64_t count)
 {
     std::int64_t done = 0;
-    while (done < count) {
+    // The sound ends at its measured length; what a codec pads behind it is not delivered.
+    while (done < count && blockPosition + blockOffset < numFrames) {
         if (blockOffset == blockFrames) {
             const int result = decodeBlock();
             if (result < 0)
@@ -258,10 +266,7 @@ std::int64_t FfmpegAudioDecoder::read(float* const* channels, std::int64_t count
                 break;
             continue;
         }
-        // The sound ends at its measured length; what a codec pads behind it is not delivered.
-        const std::int64_t available = std::max<std::int64_t>(numFrames - (blockPosition + blockOffset), 0);
-        if (available == 0)
-            break;
+        const std::int64_t available = numFrames - (blockPosition + blockOffset);
         const std::int64_t length = std::min({count - done, std::int64_t{blockFrames - blockOffset}, available});
         for (int channel = 0; channel < numChannels; ++channel)
             std::copy_n(converter->getChannel(channel) + blockOffset, length, channels[channel] + done);
