@@ -8,7 +8,7 @@ namespace {
 // FLAC goes through the platform's services, FFmpeg's decoder under them; libsndfile decodes it with libFLAC.
 const vlk::bench::BenchFiles& getFiles()
 {
-    static const vlk::bench::BenchFiles files(SF_FORMAT_FLAC, ".flac");
+    static const vlk::bench::BenchFiles files(SF_FORMAT_FLAC, ".flac", vlk::bench::BenchContent::chords);
     return files;
 }
 

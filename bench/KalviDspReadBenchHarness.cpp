@@ -6,6 +6,8 @@
 #include <sndfile.h>
 
 #include <algorithm>
+#include <cmath>
+#include <numbers>
 #include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
@@ -26,10 +28,21 @@ void setOutputBytes(benchmark::State& state)
                             static_cast<std::int64_t>(sizeof(float)));
 }
 
+// Three partials at half of full scale, moving slowly between two chords.
+std::int32_t chordSample(std::size_t frame)
+{
+    const double time = static_cast<double>(frame) / 48000.0;
+    const double shift = std::sin(2.0 * std::numbers::pi * 0.25 * time);
+    double value = 0.0;
+    for (const double hz : {220.0, 277.2, 329.6})
+        value += std::sin(2.0 * std::numbers::pi * hz * (1.0 + 0.05 * shift) * time);
+    return static_cast<std::int32_t>(value / 3.0 * 0.5 * 2147483647.0);
+}
+
 } // namespace
 
-BenchFiles::BenchFiles(int majorFormat, const std::string& extension)
-    : majorFormat(majorFormat), extension(extension)
+BenchFiles::BenchFiles(int majorFormat, const std::string& extension, BenchContent content)
+    : majorFormat(majorFormat), extension(extension), content(content)
 {
     char pattern[] = "/tmp/vlk-readbench-XXXXXX";
     if (mkdtemp(pattern) == nullptr)
@@ -61,9 +74,10 @@ void BenchFiles::write(std::int64_t bits, int subtype) const
         throw std::runtime_error(sf_strerror(nullptr));
     std::vector<std::int32_t> samples(static_cast<std::size_t>(numFrames) * numChannels);
     std::uint32_t state = 12345;
-    for (std::int32_t& sample : samples) {
+    for (std::size_t index = 0; index < samples.size(); ++index) {
         state = state * 1664525u + 1013904223u;
-        sample = static_cast<std::int32_t>(state);
+        const auto noise = static_cast<std::int32_t>(state);
+        samples[index] = content == BenchContent::noise ? noise : chordSample(index / numChannels) + noise / 4096;
     }
     sf_writef_int(file, samples.data(), numFrames);
     sf_close(file);

@@ -11,13 +11,21 @@ namespace vlk::bench {
 // buffering thread's blocks, and libsndfile's own read of it as the reference. Throughput is counted in bytes
 // of output floats.
 
-// Stereo files of 20 seconds at 48 kHz, at 16 and 24 bits, of random samples, in the container that
-// majorFormat names (SF_FORMAT_WAV, SF_FORMAT_AIFF ...), written into a folder of their own under /tmp and
+// What the files hold: random samples, all a PCM reader ever sees, or chords under a little noise, which a
+// lossless coder predicts as it does music (random samples it stores verbatim).
+enum class BenchContent
+{
+    noise,
+    chords
+};
+
+// Stereo files of 20 seconds at 48 kHz, at 16 and 24 bits, in the container that majorFormat names
+// (SF_FORMAT_WAV, SF_FORMAT_AIFF, SF_FORMAT_FLAC ...), written into a folder of their own under /tmp and
 // removed with it.
 class BenchFiles
 {
 public:
-    BenchFiles(int majorFormat, const std::string& extension);
+    BenchFiles(int majorFormat, const std::string& extension, BenchContent content = BenchContent::noise);
     ~BenchFiles();
     BenchFiles(const BenchFiles&) = delete;
     BenchFiles& operator=(const BenchFiles&) = delete;
@@ -29,6 +37,7 @@ private:
 
     int majorFormat;
     std::string extension;
+    BenchContent content;
     std::string folder;
 };
 
