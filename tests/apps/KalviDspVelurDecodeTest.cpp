@@ -2,7 +2,7 @@
 #include "audiofiles/KalviDspLameFixtures.h"
 #include "audiofiles/KalviDspReaderReads.h"
 #include "dsp/KalviDspPlayerHarness.h"
-#include "files/KalviDspShellQuoting.h"
+#include "files/KalviDspShellCommand.h"
 
 #include <cstdio>
 #include <fstream>

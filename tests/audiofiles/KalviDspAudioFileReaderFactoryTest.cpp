@@ -1,5 +1,6 @@
 #include "audiofiles/KalviDspAudioFileReader.h"
 
+#include "audiofiles/KalviDspFfmpegFixtures.h"
 #include "containers/KalviDspAudioBuffer.h"
 #include "files/KalviDspScratchFolder.h"
 
@@ -114,6 +115,17 @@ TEST(AudioFileReaderCreate, FilesWithoutAReaderAreNotValid)
                                     scratch.write("list.txt", "ffconcat version 1.0\nfile inside.wav\n")})
         EXPECT_EQ(createMessage(path), "File \"" + path + "\" is not a valid audio file.");
 }
+
+#ifdef VELUR_WITHOUT_FFMPEG
+// Built without the platform's services, a format that only they read has no reader.
+TEST(AudioFileReaderCreate, WithoutThePlatformsServicesAFlacFileIsNotValid)
+{
+    const ScratchFolder scratch;
+    const test::EncodedFile flac =
+        test::encodeWithFfmpeg(scratch.path(), "take", {"flac", ".flac", "-c:a flac", 44100, true, "", 0.0f}, 0.1);
+    EXPECT_EQ(createMessage(flac.path), "File \"" + flac.path + "\" is not a valid audio file.");
+}
+#endif
 
 // A .mp3 file goes to the MPEG reader, which refuses one without frames in its own words.
 TEST(AudioFileReaderCreate, Mp3FileWithoutFramesIsRefusedByItsReader)

@@ -1,15 +1,12 @@
 #include "audiofiles/KalviDspFfmpegFixtures.h"
 
 #include "audiofiles/KalviDspSweepSignal.h"
-#include "files/KalviDspShellQuoting.h"
+#include "files/KalviDspShellCommand.h"
 
 #include <sndfile.h>
 
-#include <cstdlib>
 #include <fstream>
-#include <sstream>
 #include <stdexcept>
-#include <sys/wait.h>
 
 namespace vlk::test {
 
@@ -19,17 +16,8 @@ constexpr std::uint32_t numChannels = 2;
 
 void runFfmpeg(const std::string& arguments, const std::string& errorPath)
 {
-    const std::string command = "ffmpeg -nostdin -hide_banner -loglevel error -y " + arguments + " 2>" +
-                                shellQuoted(errorPath);
-    const int status = std::system(command.c_str());
-    if (status != 0) {
-        std::ifstream errors(errorPath);
-        std::ostringstream text;
-        text << errors.rdbuf();
-        throw std::runtime_error("ffmpeg (the Debian package ffmpeg, which the tests need) failed with status " +
-                                 std::to_string(WIFEXITED(status) ? WEXITSTATUS(status) : status) + ": " +
-                                 command + ": " + text.str());
-    }
+    runShellCommand("ffmpeg -nostdin -hide_banner -loglevel error -y " + arguments, errorPath,
+                    "ffmpeg (the Debian package ffmpeg, which the tests need)");
 }
 
 Channels deinterleave(const std::vector<float>& interleaved)
@@ -74,6 +62,9 @@ std::ostream& operator<<(std::ostream& stream, const FfmpegFormat& format)
 
 const std::vector<FfmpegFormat>& getFfmpegFormats()
 {
+#ifdef VELUR_WITHOUT_FFMPEG
+    static const std::vector<FfmpegFormat> formats;
+#else
     static const std::vector<FfmpegFormat> formats{
         {"flac", ".flac", "-c:a flac", 44100, true, "", 0.0f},
         {"alac_m4a", ".m4a", "-c:a alac", 44100, true, "", 0.0f},
@@ -84,6 +75,7 @@ const std::vector<FfmpegFormat>& getFfmpegFormats()
         {"aac_m4a", ".m4a", "-c:a aac -b:a 128k", 44100, false, "", 1e-3f},
         {"mp2", ".mp2", "-c:a mp2 -b:a 192k", 32000, false, "mp2float", 0.0f},
     };
+#endif
     return formats;
 }
 

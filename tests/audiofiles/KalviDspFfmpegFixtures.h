@@ -31,7 +31,8 @@ struct FfmpegFormat
 
 std::ostream& operator<<(std::ostream& stream, const FfmpegFormat& format);
 
-// FLAC, ALAC in MP4 and in CAF, W64, Ogg Vorbis, Opus, AAC in MP4, MPEG Layer II.
+// FLAC, ALAC in MP4 and in CAF, W64, Ogg Vorbis, Opus, AAC in MP4, MPEG Layer II; none in a build without
+// FFmpeg.
 const std::vector<FfmpegFormat>& getFfmpegFormats();
 
 struct EncodedFile

@@ -1,16 +1,13 @@
 #include "audiofiles/KalviDspLameFixtures.h"
 
 #include "audiofiles/KalviDspSweepSignal.h"
-#include "files/KalviDspShellQuoting.h"
+#include "files/KalviDspShellCommand.h"
 
 #include <sndfile.h>
 
 #include <array>
-#include <cstdlib>
 #include <fstream>
-#include <sstream>
 #include <stdexcept>
-#include <sys/wait.h>
 
 namespace vlk::test {
 
@@ -42,20 +39,10 @@ std::string makeBitRateOptions(const LameEncoding& encoding)
 
 void runLame(const std::string& wavPath, const std::string& mp3Path, const LameEncoding& encoding)
 {
-    const std::string errorPath = mp3Path + ".lame-errors.txt";
-    const std::string command = "lame --quiet -m " + std::string(1, encoding.mode) + " " +
-                                makeBitRateOptions(encoding) + " --resample " +
-                                toKilohertz(encoding.sampleRate) + " " + shellQuoted(wavPath) + " " +
-                                shellQuoted(mp3Path) + " </dev/null 2>" + shellQuoted(errorPath);
-    const int status = std::system(command.c_str());
-    if (status != 0) {
-        std::ifstream errors(errorPath);
-        std::ostringstream text;
-        text << errors.rdbuf();
-        throw std::runtime_error("lame (the Debian package lame, which the tests need) failed with status " +
-                                 std::to_string(WIFEXITED(status) ? WEXITSTATUS(status) : status) + " for " +
-                                 describe(encoding) + ": " + text.str());
-    }
+    runShellCommand("lame --quiet -m " + std::string(1, encoding.mode) + " " + makeBitRateOptions(encoding) +
+                        " --resample " + toKilohertz(encoding.sampleRate) + " " + shellQuoted(wavPath) + " " +
+                        shellQuoted(mp3Path),
+                    mp3Path + ".lame-errors.txt", "lame (the Debian package lame, which the tests need)");
 }
 
 int getHeaderSampleRate(int versionBits, int rateIndex)

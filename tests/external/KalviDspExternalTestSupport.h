@@ -1,6 +1,6 @@
 #pragma once
 
-#include "files/KalviDspShellQuoting.h"
+#include "files/KalviDspShellCommand.h"
 
 #include <functional>
 #include <string>

@@ -1,5 +1,5 @@
 #include "KalviDspHostTestSupport.h"
-#include "files/KalviDspShellQuoting.h"
+#include "files/KalviDspShellCommand.h"
 
 #include <cstdio>
 #include <fstream>
