@@ -154,16 +154,14 @@ TEST(SfPlayAudio, AnMp3FilePlaysAsTheReaderDecodesIt)
     expectPlaysAsTheReaderGivesIt(scratch, "song.mp3");
 }
 
-// A lossless and a lossy format of those the platform's services read.
 TEST(SfPlayAudio, FilesOfThePlatformPlayAsTheReaderGivesThem)
 {
     using namespace vlk::test;
     ScratchFolder scratch;
-    for (const FfmpegFormat& format : getFfmpegFormats())
-        if (std::string(format.name) == "flac" || std::string(format.name) == "vorbis") {
-            const EncodedFile file = encodeWithFfmpeg(scratch.path(), format.name, format, 0.5);
-            expectPlaysAsTheReaderGivesIt(scratch, std::string(format.name) + format.extension);
-        }
+    for (const FfmpegFormat& format : getFfmpegFormats()) {
+        encodeWithFfmpeg(scratch.path(), format.name, format, 0.5);
+        expectPlaysAsTheReaderGivesIt(scratch, std::string(format.name) + format.extension);
+    }
 }
 
 TEST(SfPlayAudio, LoopingIsGaplessOverTheFileAndOverARegion)
