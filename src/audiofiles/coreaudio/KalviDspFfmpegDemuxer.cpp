@@ -2,6 +2,7 @@
 
 extern "C" {
 #include <libavformat/avformat.h>
+#include <libavutil/mem.h>
 }
 
 #include <cerrno>
@@ -22,19 +23,27 @@ int refuseNestedOpen(AVFormatContext*, AVIOContext**, const char*, int, AVDictio
     return AVERROR(EPERM);
 }
 
+// No block of a sound file needs more, and damage claims any size: a CAF file of 191 bytes asks for gigabytes
+// for its codec's cookie.
+constexpr std::size_t largestAllocation = std::size_t{128} << 20;
+
 // FFmpeg writes every complaint about a damaged file to the standard error; what matters reaches the caller
-// as a result. The level is process-wide, which suits a process that uses FFmpeg for this alone.
-void silenceFfmpegLog()
+// as a result. The level and the allocation limit are process-wide, which suits a process that uses FFmpeg
+// for this alone.
+void configureFfmpeg()
 {
     static std::once_flag once;
-    std::call_once(once, [] { av_log_set_level(AV_LOG_QUIET); });
+    std::call_once(once, [] {
+        av_log_set_level(AV_LOG_QUIET);
+        av_max_alloc(largestAllocation);
+    });
 }
 
 } // namespace
 
 std::unique_ptr<FfmpegDemuxer> FfmpegDemuxer::open(const ByteSource& source)
 {
-    silenceFfmpegLog();
+    configureFfmpeg();
     std::unique_ptr<FfmpegDemuxer> demuxer(new FfmpegDemuxer(source));
     if (!demuxer->openContainer())
         return nullptr;
