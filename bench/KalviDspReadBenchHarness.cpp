@@ -7,9 +7,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 #include <cstdlib>
 #include <filesystem>
+#include <numbers>
 #include <stdexcept>
 #include <vector>
 
@@ -77,7 +77,8 @@ void BenchFiles::write(std::int64_t bits, int subtype) const
     for (std::size_t index = 0; index < samples.size(); ++index) {
         state = state * 1664525u + 1013904223u;
         const auto noise = static_cast<std::int32_t>(state);
-        samples[index] = content == BenchContent::noise ? noise : chordSample(index / numChannels) + noise / 4096;
+        samples[index] =
+            content == BenchContent::noise ? noise : chordSample(index / numChannels) + noise / 4096;
     }
     sf_writef_int(file, samples.data(), numFrames);
     sf_close(file);

@@ -26,7 +26,8 @@ struct Bytes
 OSStatus readBytes(void* client, SInt64 position, UInt32 count, void* buffer, UInt32* numRead)
 {
     const Bytes& bytes = *static_cast<const Bytes*>(client);
-    const std::size_t start = std::min<std::size_t>(static_cast<std::size_t>(std::max<SInt64>(position, 0)), bytes.size);
+    const std::size_t start =
+        std::min<std::size_t>(static_cast<std::size_t>(std::max<SInt64>(position, 0)), bytes.size);
     *numRead = static_cast<UInt32>(std::min<std::size_t>(count, bytes.size - start));
     std::memcpy(buffer, bytes.data + start, *numRead);
     return noErr;
@@ -42,7 +43,8 @@ class Buffers
 public:
     explicit Buffers(UInt32 numChannels)
         : samples(std::size_t{numChannels} * blockFrames),
-          list(static_cast<AudioBufferList*>(std::malloc(sizeof(AudioBufferList) + numChannels * sizeof(AudioBuffer))))
+          list(static_cast<AudioBufferList*>(
+              std::malloc(sizeof(AudioBufferList) + numChannels * sizeof(AudioBuffer))))
     {
         list->mNumberBuffers = numChannels;
         AudioBuffer* buffers = list->mBuffers;
@@ -90,7 +92,8 @@ void readAll(ExtAudioFileRef file, std::uint64_t seed)
     format.mFramesPerPacket = 1;
     format.mBytesPerFrame = 4;
     format.mBitsPerChannel = 32;
-    if (ExtAudioFileSetProperty(file, kExtAudioFileProperty_ClientDataFormat, sizeof(format), &format) != noErr)
+    if (ExtAudioFileSetProperty(file, kExtAudioFileProperty_ClientDataFormat, sizeof(format), &format) !=
+        noErr)
         return;
     Buffers buffers(format.mChannelsPerFrame);
     const std::uint64_t bound = largestWholeRead / format.mChannelsPerFrame;
@@ -100,8 +103,9 @@ void readAll(ExtAudioFileRef file, std::uint64_t seed)
             break;
         done += frames;
     }
-    const SInt64 positions[] = {length, length - 1, length + 1000, static_cast<SInt64>(seed % (std::uint64_t(length) + 1)),
-                                0, SInt64{1} << 62};
+    const SInt64 positions[] = {
+        length, length - 1,     length + 1000, static_cast<SInt64>(seed % (std::uint64_t(length) + 1)),
+        0,      SInt64{1} << 62};
     for (const SInt64 position : positions)
         if (ExtAudioFileSeek(file, position) == noErr)
             buffers.read(file);

@@ -62,7 +62,7 @@ void read(vlk::AudioFileReader& reader, std::uint64_t seed)
     for (std::uint64_t done = 0; done < whole; done += blockFrames)
         expectRead(reader, reader.readSamples(buffer, 0, std::min(blockFrames, whole - done), done));
 
-    const std::uint64_t positions[] = {length, length - 1, length + 1000, mix(seed) % (length + 1),
+    const std::uint64_t positions[] = {length,        length - 1, length + 1000, mix(seed) % (length + 1),
                                        mix(seed + 1), 1ull << 62};
     for (const std::uint64_t position : positions) {
         const std::uint64_t count = 1 + mix(seed ^ position) % blockFrames;
@@ -70,7 +70,8 @@ void read(vlk::AudioFileReader& reader, std::uint64_t seed)
     }
     vlk::AudioBuffer single(1, blockFrames);
     single.setNumSamples(blockFrames);
-    expectRead(reader, reader.readChannel(single, 0, 0, blockFrames, static_cast<std::uint32_t>(seed % channels), 0));
+    expectRead(reader,
+               reader.readChannel(single, 0, 0, blockFrames, static_cast<std::uint32_t>(seed % channels), 0));
 }
 
 } // namespace
@@ -79,7 +80,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     if (size < 1)
         return 0;
-    const std::string path = vlk::fuzz::writeScratchFile(data + 1, size - 1, extensions[data[0] % std::size(extensions)]);
+    const std::string path =
+        vlk::fuzz::writeScratchFile(data + 1, size - 1, extensions[data[0] % std::size(extensions)]);
     std::uint64_t seed = size;
     for (std::size_t index = 0; index < size; index += 61)
         seed = mix(seed + data[index]);

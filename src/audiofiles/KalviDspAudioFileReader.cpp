@@ -108,7 +108,8 @@ std::unique_ptr<AudioFileReader> AudioFileReader::create(const File& file)
 
 bool AudioFileReader::isAcceptable(const AudioFileReader* reader)
 {
-    return reader != nullptr && reader->metadata.formatName != unknownFileType && reader->hasAcceptableFormat();
+    return reader != nullptr && reader->metadata.formatName != unknownFileType &&
+           reader->hasAcceptableFormat();
 }
 
 bool AudioFileReader::hasAcceptableFormat() const

@@ -141,8 +141,8 @@ bool CoreAudioFileReader::readBlock(int** channels, std::uint32_t blockFrames, s
     return true;
 }
 
-// A buffering thread cancelled in this read unwinds from here through FFmpeg's frames; its player destroys the
-// reader right after, which frees FFmpeg's contexts as they were left.
+// A buffering thread cancelled in this read unwinds from here through FFmpeg's frames; its player destroys
+// the reader right after, which frees FFmpeg's contexts as they were left.
 OSStatus CoreAudioFileReader::readBytes(void* reader, SInt64 position, UInt32 requestCount, void* buffer,
                                         UInt32* actualCount)
 {

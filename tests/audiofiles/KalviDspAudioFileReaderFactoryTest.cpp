@@ -121,8 +121,8 @@ TEST(AudioFileReaderCreate, FilesWithoutAReaderAreNotValid)
 TEST(AudioFileReaderCreate, WithoutThePlatformsServicesAFlacFileIsNotValid)
 {
     const ScratchFolder scratch;
-    const test::EncodedFile flac =
-        test::encodeWithFfmpeg(scratch.path(), "take", {"flac", ".flac", "-c:a flac", 44100, true, "", 0.0f}, 0.1);
+    const test::EncodedFile flac = test::encodeWithFfmpeg(
+        scratch.path(), "take", {"flac", ".flac", "-c:a flac", 44100, true, "", 0.0f}, 0.1);
     EXPECT_EQ(createMessage(flac.path), "File \"" + flac.path + "\" is not a valid audio file.");
 }
 #endif

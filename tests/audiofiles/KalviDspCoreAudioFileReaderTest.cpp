@@ -111,8 +111,9 @@ TEST_P(CoreAudioFileReaderFormats, SeeksLandOnTheExactFrame)
     std::uniform_int_distribution<std::uint64_t> positions(0, length - readFrames);
     for (int read = 0; read < 20; ++read) {
         const std::uint64_t position = positions(generator);
-        EXPECT_LE(maxDifference(readAt(*reader, position, readFrames), slice(sequential, position, readFrames)),
-                  GetParam().seekTolerance)
+        EXPECT_LE(
+            maxDifference(readAt(*reader, position, readFrames), slice(sequential, position, readFrames)),
+            GetParam().seekTolerance)
             << "at " << position;
     }
 }

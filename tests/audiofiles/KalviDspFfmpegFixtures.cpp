@@ -43,13 +43,15 @@ Channels readWithLibsndfile(const std::string& path)
 Channels decodeWithFfmpeg(const std::string& path, const FfmpegFormat& format)
 {
     const std::string rawPath = path + ".f32";
-    const std::string decoder = *format.oracleDecoder != '\0' ? std::string("-c:a ") + format.oracleDecoder + " " : "";
+    const std::string decoder =
+        *format.oracleDecoder != '\0' ? std::string("-c:a ") + format.oracleDecoder + " " : "";
     runFfmpeg(decoder + "-i " + shellQuoted(path) + " -f f32le -c:a pcm_f32le " + shellQuoted(rawPath),
               path + ".decode-errors.txt");
     std::ifstream raw(rawPath, std::ios::binary | std::ios::ate);
     std::vector<float> interleaved(static_cast<std::size_t>(raw.tellg()) / sizeof(float));
     raw.seekg(0);
-    raw.read(reinterpret_cast<char*>(interleaved.data()), static_cast<std::streamsize>(interleaved.size() * sizeof(float)));
+    raw.read(reinterpret_cast<char*>(interleaved.data()),
+             static_cast<std::streamsize>(interleaved.size() * sizeof(float)));
     return deinterleave(interleaved);
 }
 

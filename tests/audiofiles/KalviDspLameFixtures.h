@@ -44,9 +44,10 @@ struct LameMp3
     bool hasVbrTag = false;
 };
 
-// Writes seconds of the sweep signal at the encoding's rate as 16-bit WAV in folder and encodes it as name. Throws std::runtime_error
-// when lame fails, or when the first frame of its output states another rate, channel mode or bit rate mode
-// than asked for: lame picks its own rate unless told, and a table case must be what its name says.
+// Writes seconds of the sweep signal at the encoding's rate as 16-bit WAV in folder and encodes it as name.
+// Throws std::runtime_error when lame fails, or when the first frame of its output states another rate,
+// channel mode or bit rate mode than asked for: lame picks its own rate unless told, and a table case must be
+// what its name says.
 LameMp3 encodeWithLame(const std::string& folder, const std::string& name, const LameEncoding& encoding,
                        double seconds);
 

@@ -86,7 +86,8 @@ TEST_P(MP3FileReaderLame, GivesTheEncodersInputBehindTheCodecDelay)
     } else {
         EXPECT_GE(reader->getNumSamples(), sourceEnd * countedPerDecoded);
         const double estimateSlack = mp3.hasVbrTag ? 1.0 : 1.03;
-        EXPECT_LE(reader->getNumSamples(), (sourceEnd + 2 * samplesPerFrame) * countedPerDecoded * estimateSlack);
+        EXPECT_LE(reader->getNumSamples(),
+                  (sourceEnd + 2 * samplesPerFrame) * countedPerDecoded * estimateSlack);
     }
 
     const Channels decoded = readSequentially(*reader, 4096, 1000000);
@@ -103,9 +104,11 @@ TEST_P(MP3FileReaderLame, GivesTheEncodersInputBehindTheCodecDelay)
 TEST_P(MP3FileReaderLame, ReadsAtRandomPositionsEqualTheSequentialRead)
 {
     if (getSamplesPerFrame(GetParam().sampleRate) != 1152)
-        GTEST_SKIP() << "the reader counts 1152 samples a frame: a jump in an MPEG-2 or 2.5 stream misses by half";
+        GTEST_SKIP()
+            << "the reader counts 1152 samples a frame: a jump in an MPEG-2 or 2.5 stream misses by half";
     if (GetParam().bitRateMode == BitRateMode::freeFormat)
-        GTEST_SKIP() << "the scans that measure a free-format frame count frames twice: its table lags its frames";
+        GTEST_SKIP()
+            << "the scans that measure a free-format frame count frames twice: its table lags its frames";
     constexpr std::uint64_t readFrames = 1500;
     const Channels sequential = readSequentially(*reader, 4096, 1000000);
     ASSERT_GT(sequential[0].size(), readFrames);

@@ -23,8 +23,8 @@ HostRun runVelurhost(const std::string& folder, const std::string& script, const
 // The lines without those of the buffering level, which come when the buffering thread gets to them.
 std::vector<std::string> withoutBuffering(const std::vector<std::string>& lines);
 using vlk::test::shellQuoted;
-// The option of a pace at which the disk side keeps up with the audio, so that a recording holds every frame of
-// the file; speed where it can.
+// The option of a pace at which the disk side keeps up with the audio, so that a recording holds every frame
+// of the file; speed where it can.
 std::string speedKeepingUp(const std::string& speed);
 
 // A sound file whose sample of frame k and channel c is value(k, c).

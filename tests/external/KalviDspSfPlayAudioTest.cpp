@@ -128,7 +128,8 @@ TEST(SfPlayAudio, AnAiffFilePlaysAsLibsndfileReadsIt)
 // with twenty times it under the sanitizers.
 void expectPlaysAsTheReaderGivesIt(const ScratchFolder& scratch, const std::string& name)
 {
-    const std::vector<std::vector<float>> expected = vlk::test::readThroughReader(scratch.path() + "/" + name);
+    const std::vector<std::vector<float>> expected =
+        vlk::test::readThroughReader(scratch.path() + "/" + name);
     const auto numFrames = static_cast<long>(expected[0].size());
     const std::string out = scratch.path() + "/out.wav";
     const HostRun run =

@@ -9,7 +9,8 @@
 
 namespace vlk::test {
 
-// text as one word of a shell command: in single quotes, each single quote in it closed, escaped and reopened.
+// text as one word of a shell command: in single quotes, each single quote in it closed, escaped and
+// reopened.
 inline std::string shellQuoted(const std::string& text)
 {
     std::string result = "'";

@@ -26,8 +26,8 @@ HostRun runVelurhost(const ScratchFolder& scratch, const std::string& script, co
     const std::string scriptPath = scratch.write("script.txt", script);
     const std::string errorPath = scratch.path() + "/stderr.txt";
     const std::string command = shellQuoted(VELURHOST_PATH) + " --speed 0 --path " +
-                                shellQuoted(HOST_TEST_EXTERNALS_DIR) + " " + options + " " + shellQuoted(scriptPath) +
-                                " </dev/null 2>" + shellQuoted(errorPath);
+                                shellQuoted(HOST_TEST_EXTERNALS_DIR) + " " + options + " " +
+                                shellQuoted(scriptPath) + " </dev/null 2>" + shellQuoted(errorPath);
     HostRun run;
     FILE* pipe = popen(command.c_str(), "r");
     if (pipe == nullptr)

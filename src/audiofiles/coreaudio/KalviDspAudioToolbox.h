@@ -2,9 +2,9 @@
 
 #include <cstdint>
 
-// The part of the platform's audio file services that CoreAudioFileReader calls, under the platform's own
-// names and types, so that the reader reads the same over any implementation. Here they are implemented over
-// FFmpeg's libraries (KalviDspAudioToolboxOnFfmpeg.cpp), or absent when the build leaves FFmpeg out
+// The operations of the platform's audio file services that CoreAudioFileReader calls, under the platform's
+// own names and types, so that the reader reads the same over any implementation. Here they are implemented
+// over FFmpeg's libraries (KalviDspAudioToolboxOnFfmpeg.cpp), or absent when the build leaves FFmpeg out
 // (KalviDspAudioToolboxAbsent.cpp): then no file opens.
 //
 // Threads: an AudioFileID and the ExtAudioFileRef on it are used by one thread at a time; the callbacks run
@@ -52,8 +52,8 @@ struct AudioBufferList
 using AudioFileID = struct OpaqueAudioFileID*;
 using ExtAudioFileRef = struct OpaqueExtAudioFile*;
 
-using AudioFile_ReadProc = OSStatus (*)(void* inClientData, SInt64 inPosition, UInt32 requestCount, void* buffer,
-                                        UInt32* actualCount);
+using AudioFile_ReadProc = OSStatus (*)(void* inClientData, SInt64 inPosition, UInt32 requestCount,
+                                        void* buffer, UInt32* actualCount);
 using AudioFile_WriteProc = OSStatus (*)(void* inClientData, SInt64 inPosition, UInt32 requestCount,
                                          const void* buffer, UInt32* actualCount);
 using AudioFile_GetSizeProc = SInt64 (*)(void* inClientData);
@@ -79,7 +79,6 @@ constexpr OSStatus noErr = 0;
 constexpr OSStatus kAudio_ParamError = -50;
 constexpr OSStatus kAudio_MemFullError = -108;
 constexpr OSStatus kAudioFilePositionError = -40;
-constexpr OSStatus kAudioFileUnspecifiedError = static_cast<OSStatus>(audioToolboxCode("wht?"));
 constexpr OSStatus kAudioFileUnsupportedFileTypeError = static_cast<OSStatus>(audioToolboxCode("typ?"));
 constexpr OSStatus kAudioFileInvalidFileError = static_cast<OSStatus>(audioToolboxCode("dta?"));
 constexpr OSStatus kAudioFileUnsupportedPropertyError = static_cast<OSStatus>(audioToolboxCode("pty?"));
@@ -97,7 +96,8 @@ OSStatus AudioFileOpenWithCallbacks(void* inClientData, AudioFile_ReadProc inRea
 OSStatus AudioFileClose(AudioFileID inAudioFile);
 
 // Decoding on top of an open file, for reading only. The file outlives its ExtAudioFileRef.
-OSStatus ExtAudioFileWrapAudioFileID(AudioFileID inFileID, Boolean inForWriting, ExtAudioFileRef* outExtAudioFile);
+OSStatus ExtAudioFileWrapAudioFileID(AudioFileID inFileID, Boolean inForWriting,
+                                     ExtAudioFileRef* outExtAudioFile);
 OSStatus ExtAudioFileGetProperty(ExtAudioFileRef inExtAudioFile, ExtAudioFilePropertyID inPropertyID,
                                  UInt32* ioPropertyDataSize, void* outPropertyData);
 OSStatus ExtAudioFileSetProperty(ExtAudioFileRef inExtAudioFile, ExtAudioFilePropertyID inPropertyID,

@@ -43,7 +43,8 @@ bool isDecoderFormat(const AudioStreamBasicDescription& format, const vlk::Ffmpe
            format.mChannelsPerFrame == static_cast<UInt32>(decoder.getNumChannels());
 }
 
-template <typename Value> OSStatus getValue(const Value& value, UInt32* ioPropertyDataSize, void* outPropertyData)
+template <typename Value>
+OSStatus getValue(const Value& value, UInt32* ioPropertyDataSize, void* outPropertyData)
 {
     if (*ioPropertyDataSize < sizeof(Value))
         return kAudioFileBadPropertySizeError;
@@ -57,13 +58,15 @@ template <typename Value> OSStatus getValue(const Value& value, UInt32* ioProper
 // The type hint is not needed: the demuxers tell formats by their content.
 OSStatus AudioFileOpenWithCallbacks(void* inClientData, AudioFile_ReadProc inReadFunc,
                                     AudioFile_WriteProc inWriteFunc, AudioFile_GetSizeProc inGetSizeFunc,
-                                    AudioFile_SetSizeProc inSetSizeFunc, AudioFileTypeID, AudioFileID* outAudioFile)
+                                    AudioFile_SetSizeProc inSetSizeFunc, AudioFileTypeID,
+                                    AudioFileID* outAudioFile)
 {
-    if (outAudioFile == nullptr || inReadFunc == nullptr || inGetSizeFunc == nullptr || inWriteFunc != nullptr ||
-        inSetSizeFunc != nullptr)
+    if (outAudioFile == nullptr || inReadFunc == nullptr || inGetSizeFunc == nullptr ||
+        inWriteFunc != nullptr || inSetSizeFunc != nullptr)
         return kAudio_ParamError;
     *outAudioFile = nullptr;
-    std::unique_ptr<vlk::FfmpegDemuxer> demuxer = vlk::FfmpegDemuxer::open({inClientData, inReadFunc, inGetSizeFunc});
+    std::unique_ptr<vlk::FfmpegDemuxer> demuxer =
+        vlk::FfmpegDemuxer::open({inClientData, inReadFunc, inGetSizeFunc});
     if (demuxer == nullptr)
         return kAudioFileUnsupportedFileTypeError;
     *outAudioFile = new OpaqueAudioFileID{std::move(demuxer)};
@@ -78,7 +81,8 @@ OSStatus AudioFileClose(AudioFileID inAudioFile)
     return noErr;
 }
 
-OSStatus ExtAudioFileWrapAudioFileID(AudioFileID inFileID, Boolean inForWriting, ExtAudioFileRef* outExtAudioFile)
+OSStatus ExtAudioFileWrapAudioFileID(AudioFileID inFileID, Boolean inForWriting,
+                                     ExtAudioFileRef* outExtAudioFile)
 {
     if (inFileID == nullptr || outExtAudioFile == nullptr || inForWriting)
         return kAudio_ParamError;
@@ -153,7 +157,7 @@ OSStatus ExtAudioFileRead(ExtAudioFileRef inExtAudioFile, UInt32* ioNumberFrames
     }
     const std::int64_t numRead = inExtAudioFile->decoder->read(inExtAudioFile->channels.data(), numFrames);
     *ioNumberFrames = static_cast<UInt32>(std::max<std::int64_t>(numRead, 0));
-    return numRead < 0 ? kAudioFileUnspecifiedError : noErr;
+    return numRead < 0 ? kAudioFileInvalidFileError : noErr;
 }
 
 OSStatus ExtAudioFileDispose(ExtAudioFileRef inExtAudioFile)

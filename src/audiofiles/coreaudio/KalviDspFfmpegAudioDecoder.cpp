@@ -14,9 +14,10 @@ namespace vlk {
 
 namespace {
 
-// Decoding starts this far before a seek's target, on top of the preroll the codec asks for (Opus's 80 ms): by then the overlap of
-// the transform codecs (a Vorbis block of up to 8192, an AAC frame of 1024) and the history of a Layer II
-// synthesis are rebuilt, so that the target's samples come out as a read from the start gives them.
+// Decoding starts this far before a seek's target, on top of the preroll the codec asks for (Opus's 80 ms):
+// by then the overlap of the transform codecs (a Vorbis block of up to 8192, an AAC frame of 1024) and the
+// history of a Layer II synthesis are rebuilt, so that the target's samples come out as a read from the start
+// gives them.
 constexpr std::int64_t seekRunUpFrames = 8192;
 // A seek that lands behind its target is retried from four and sixteen times further back, then from the
 // start of the stream.
@@ -51,8 +52,9 @@ const AVCodec* findDecoder(AVCodecID id)
         return first;
     void* iterator = nullptr;
     while (const AVCodec* codec = av_codec_iterate(&iterator))
-        if (codec->id == id && av_codec_is_decoder(codec) && !(codec->capabilities & AV_CODEC_CAP_EXPERIMENTAL) &&
-            codec->sample_fmts != nullptr && !declaresIntegerFormatsOnly(*codec))
+        if (codec->id == id && av_codec_is_decoder(codec) &&
+            !(codec->capabilities & AV_CODEC_CAP_EXPERIMENTAL) && codec->sample_fmts != nullptr &&
+            !declaresIntegerFormatsOnly(*codec))
             return codec;
     return first;
 }
@@ -233,8 +235,8 @@ bool FfmpegAudioDecoder::skipPacketsBefore(std::int64_t from)
 }
 
 // Decodes up to the block that holds target and leaves reads there: 1. 0 when the first block came without a
-// timestamp or behind the target, so that only a run-up from further back lands; -1 on failure. From the start,
-// a stream whose first frame lies behind the target is read from that frame.
+// timestamp or behind the target, so that only a run-up from further back lands; -1 on failure. From the
+// start, a stream whose first frame lies behind the target is read from that frame.
 int FfmpegAudioDecoder::locate(std::int64_t target, bool fromTheStart)
 {
     for (bool first = true;; first = false) {
@@ -267,7 +269,8 @@ std::int64_t FfmpegAudioDecoder::read(float* const* channels, std::int64_t count
             continue;
         }
         const std::int64_t available = numFrames - (blockPosition + blockOffset);
-        const std::int64_t length = std::min({count - done, std::int64_t{blockFrames - blockOffset}, available});
+        const std::int64_t length =
+            std::min({count - done, std::int64_t{blockFrames - blockOffset}, available});
         for (int channel = 0; channel < numChannels; ++channel)
             std::copy_n(converter->getChannel(channel) + blockOffset, length, channels[channel] + done);
         blockOffset += static_cast<int>(length);
@@ -327,7 +330,8 @@ bool FfmpegAudioDecoder::feedPacket()
     packetPending = false;
     if (result == AVERROR(ENOMEM))
         return false;
-    // A container damaged beyond the demuxer's resynchronisation ends there, as it does in FFmpeg's own tools.
+    // A container damaged beyond the demuxer's resynchronisation ends there, as it does in FFmpeg's own
+    // tools.
     if (result < 0) {
         inputEnded = true;
         return avcodec_send_packet(codec, nullptr) != AVERROR(ENOMEM);

@@ -127,7 +127,8 @@ int FfmpegDemuxer::readBytes(void* demuxer, std::uint8_t* buffer, int size)
     UInt32 numRead = 0;
     if (size <= 0)
         return AVERROR_EOF;
-    if (self.source.read(self.source.client, self.position, static_cast<UInt32>(size), buffer, &numRead) != noErr)
+    if (self.source.read(self.source.client, self.position, static_cast<UInt32>(size), buffer, &numRead) !=
+        noErr)
         return AVERROR(EIO);
     if (numRead == 0)
         return AVERROR_EOF;

@@ -28,8 +28,9 @@ bool FfmpegSampleConverter::convert(const AVFrame& frame)
         return false;
     if (std::size_t(maxFrames) > capacity)
         grow(std::size_t(maxFrames));
-    const int converted = swr_convert(resampler, channelPointers.data(), maxFrames,
-                                      const_cast<const std::uint8_t**>(frame.extended_data), frame.nb_samples);
+    const int converted =
+        swr_convert(resampler, channelPointers.data(), maxFrames,
+                    const_cast<const std::uint8_t**>(frame.extended_data), frame.nb_samples);
     if (converted < 0)
         return false;
     numFrames = converted;
@@ -42,7 +43,8 @@ void FfmpegSampleConverter::grow(std::size_t frames)
     samples.resize(capacity * std::size_t(numChannels));
     channelPointers.resize(std::size_t(numChannels));
     for (int channel = 0; channel < numChannels; ++channel)
-        channelPointers[std::size_t(channel)] = reinterpret_cast<std::uint8_t*>(samples.data() + std::size_t(channel) * capacity);
+        channelPointers[std::size_t(channel)] =
+            reinterpret_cast<std::uint8_t*>(samples.data() + std::size_t(channel) * capacity);
 }
 
 void FfmpegSampleConverter::reset()
@@ -69,8 +71,9 @@ bool FfmpegSampleConverter::configureFor(const AVFrame& frame)
     // FFmpeg 5 takes the layouts through pointers to non-const.
     AVChannelLayout inputLayout{};
     av_channel_layout_copy(&inputLayout, &frame.ch_layout);
-    const int result = swr_alloc_set_opts2(&resampler, &outputLayout, AV_SAMPLE_FMT_FLTP, sampleRate, &inputLayout,
-                                           static_cast<AVSampleFormat>(frame.format), frame.sample_rate, 0, nullptr);
+    const int result =
+        swr_alloc_set_opts2(&resampler, &outputLayout, AV_SAMPLE_FMT_FLTP, sampleRate, &inputLayout,
+                            static_cast<AVSampleFormat>(frame.format), frame.sample_rate, 0, nullptr);
     av_channel_layout_uninit(&inputLayout);
     av_channel_layout_uninit(&outputLayout);
     if (result < 0 || swr_init(resampler) < 0) {
